@@ -1,0 +1,36 @@
+#pragma once
+
+#include "FileDescriptor.h"
+#include "Result.h"
+
+#include <string>
+#include <string_view>
+
+namespace zanfcp {
+
+/// Writes a file whole or not at all: under a temporary name beside the target, flushed to the disk and renamed.
+/// Without `commit` nothing of it stays. A target that is no regular file (a device, a FIFO) is written in place;
+/// a symbolic link is followed, and its target replaced.
+class AtomicFile {
+public:
+    /// \return the open file, or an Error: notFound (no such folder), io (no permission, no space, a folder)
+    static Result<AtomicFile> create(const std::string& path);
+
+    AtomicFile(AtomicFile&&) noexcept;
+    AtomicFile& operator=(AtomicFile&&) = delete;
+    ~AtomicFile();
+
+    /// Appends all of `bytes`. An Error (io) leaves the target as it was; do not go on after one.
+    Status write(std::string_view bytes);
+    /// Makes the file appear under its name. Call once, last.
+    Status commit();
+
+private:
+    AtomicFile(FileDescriptor descriptor, std::string target, std::string temporary);
+
+    FileDescriptor descriptor_;
+    std::string target_;
+    std::string temporary_; ///< empty when written in place, and once committed
+};
+
+} // namespace zanfcp

@@ -1,0 +1,139 @@
+#pragma once
+
+#include "../platform/FileURL.h"
+#include "../platform/Log.h"
+#include "../platform/PELColor.h"
+#include "../timecode/PELRate.h"
+#include "../timecode/PELTimecode.h"
+#include "PELElement.h"
+#include "PELPixelAspectRatio.h"
+
+/// Factories of the smaller elements, and the operations that add labels and comments.
+/// Each factory returns a new element. A refused argument gives null and one error line with the argument's name.
+/// Optional texts are left out when absent or empty. Integers equal to NSNotFound are "undefined".
+/// Records passed by pointer are borrowed for the call.
+namespace zanfcp::CommonElements {
+
+/// "rate" with "ntsc" and "timebase". Refused: null ("rate").
+std::shared_ptr<PELElement> rateElementWithRate(const PELRate* rate);
+
+/// "timecode" with the rate, "frame" and "displayformat" ("DF" or "NDF"). Refused: null ("timecode").
+std::shared_ptr<PELElement> timecodeElementWithTimecode(const PELTimecode* timecode);
+/// The same, followed by an optional "source" and an optional reel.
+std::shared_ptr<PELElement> timecodeElementWithTimecode(const PELTimecode* timecode, std::string_view source,
+                                                        std::string_view reel);
+
+/// "reel" with its name. Refused: empty ("name").
+std::shared_ptr<PELElement> reelElementWithName(std::string_view name);
+
+struct Marker {
+    std::string_view name;
+    std::string_view comment = {};
+    const PELColor* color = nullptr;
+    NSInteger inPoint = 0;   ///< frames
+    NSInteger outPoint = -1; ///< frames, -1 for none
+};
+/// "marker" with name, optional comment and colour, "in" and "out". Refused: an empty name ("name").
+std::shared_ptr<PELElement> markerElementWithName(const Marker& marker);
+
+/// "color" with "red", "green", "blue", "alpha" from 0 to 255, truncated. Refused: null ("color").
+std::shared_ptr<PELElement> colorElementWithColor(const PELColor* color);
+
+struct ClipItem {
+    std::string_view identifier = {};
+    std::string_view name;
+    NSInteger duration = 0; ///< frames
+    const PELRate* rate = nullptr;
+    NSInteger start = 0; ///< frames on the track, -1 beside a transition
+    NSInteger end = 0;   ///< frames on the track, -1 beside a transition
+};
+/// "clipitem" with name, duration, rate, start and end. Refused: an empty name ("name").
+std::shared_ptr<PELElement> clipItemElementWithID(const ClipItem& item);
+
+struct File {
+    std::string_view identifier = {};
+    NSInteger duration = NSNotFound; ///< frames
+    const PELRate* rate = nullptr;
+    std::string_view name = {};
+    FileURL pathURL = {};
+};
+/// Fills `element` ("file" with its identifier already set) and returns true, or refuses, in this order: no rate
+/// ("rate"), an undefined duration ("duration"), neither name nor URL ("name", "pathurl").
+bool fillFileElement(PELElement& element, const File& file);
+/// "file" with optional name and path URL, rate and duration, of the class `Self`.
+template <typename Self = PELElement> std::shared_ptr<Self> fileElementWithID(const File& file)
+{
+    auto element = Self::elementWithKeyIdentifier("file", file.identifier);
+    return fillFileElement(*element, file) ? element : nullptr;
+}
+
+/// "video" with duration and "samplecharacteristics" of width and height. Refused: undefined "width", "height".
+std::shared_ptr<PELElement> videoElementWithDuration(NSInteger duration, NSInteger width, NSInteger height);
+
+struct Video {
+    NSInteger duration = 0; ///< frames
+    NSInteger width = NSNotFound;
+    NSInteger height = NSNotFound;
+    bool anamorphic = false;
+    PELPixelAspectRatio pixelAspectRatio = PELPixelAspectRatio::notSet;
+    PELFieldDominance fieldDominance = PELFieldDominance::undecided;
+    const PELRate* rate = nullptr;
+};
+/// The same, the sample characteristics followed by anamorphic, pixel aspect ratio, field dominance and rate.
+std::shared_ptr<PELElement> videoElementWithDuration(const Video& video);
+
+/// "video" with a "format" that holds the given element. Refused: null ("sampleCharacteristics").
+std::shared_ptr<PELElement> videoElementWithSampleCharacteristics(std::shared_ptr<PELElement> sampleCharacteristics);
+
+/// "audio" with rate (samples a second), depth (bits) and channel count. Refused: undefined "samplerate", "depth",
+/// "channelCount".
+std::shared_ptr<PELElement> audioElementWithSampleRate(NSInteger sampleRate, NSInteger depth, NSInteger channelCount);
+
+struct Format {
+    NSInteger width = NSNotFound;
+    NSInteger height = NSNotFound;
+    bool anamorphic = false;
+    std::string_view pixelAspectRatio = {};
+    std::string_view fieldDominance = {};
+    const PELRate* rate = nullptr;
+};
+/// "format" with sample characteristics. Refused: undefined "width", "height", an empty pixel aspect ratio ("par").
+std::shared_ptr<PELElement> formatElementWithWidth(const Format& format);
+
+/// An empty "media".
+std::shared_ptr<PELElement> mediaElement();
+
+/// "track" with the clip item. Refused: null ("clipItem").
+std::shared_ptr<PELElement> trackElementWithClipItem(std::shared_ptr<PELElement> clipItem);
+
+/// "multiclip" with its name and angles. Refused: no angles ("angles"), an empty name ("name").
+std::shared_ptr<PELElement> multiclipElementWithID(std::string_view identifier, std::string_view name,
+                                                   const PELElements& angles);
+
+/// "angle" with a copy of `clip` (its identifier cleared), the media delay in frames on every clip item of the copy
+/// unless undefined, and a flag element for each flag that is set. Refused: null ("clip").
+std::shared_ptr<PELElement> angleElementWithClip(const std::shared_ptr<PELElement>& clip, bool isActiveVideoAngle,
+                                                 bool isActiveAudioAngle, NSInteger mediaDelay);
+/// "angle" with the flags and a reference to an existing clip. Refused: an empty identifier ("clipID").
+std::shared_ptr<PELElement> angleElementWithClipID(std::string_view clipID, bool isActiveVideoAngle,
+                                                   bool isActiveAudioAngle);
+
+struct LoggingInfo {
+    std::string_view description = {};
+    std::string_view scene = {};
+    std::string_view shottake = {};
+    std::string_view lognote = {};
+    bool good = false;
+};
+/// "logginginfo" with what is given; null, without a log line, when nothing is.
+std::shared_ptr<PELElement> loggingInfoElementWithDescription(const LoggingInfo& info);
+std::shared_ptr<PELElement> loggingInfoElementWithScene(std::string_view scene, std::string_view shottake);
+
+/// Appends a leaf under the receiver's "labels", which is made when missing. False on a leaf and for an empty label.
+bool addLabelForLabelKey(PELElement& receiver, std::string_view label, std::string_view key);
+bool addLabel(PELElement& receiver, std::string_view label);
+bool addLabel2(PELElement& receiver, std::string_view label);
+/// The same under "comments", for the keys "mastercomment1" to "mastercomment4", "clipcommenta" and "clipcommentb".
+bool addCommentForCommentKey(PELElement& receiver, std::string_view comment, std::string_view key);
+
+} // namespace zanfcp::CommonElements
