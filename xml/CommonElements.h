@@ -33,7 +33,7 @@ std::shared_ptr<PELElement> timecodeElementWithTimecode(const PELTimecode* timec
 std::shared_ptr<PELElement> reelElementWithName(std::string_view name);
 
 struct Marker {
-    std::string_view name;
+    std::string_view name = {};
     std::string_view comment = {};
     const PELColor* color = nullptr;
     NSInteger inPoint = 0;   ///< frames
@@ -48,7 +48,7 @@ std::shared_ptr<PELElement> colorElementWithColor(const PELColor* color);
 
 struct ClipItem {
     std::string_view identifier = {};
-    std::string_view name;
+    std::string_view name = {};
     NSInteger duration = 0; ///< frames
     const PELRate* rate = nullptr;
     NSInteger start = 0; ///< frames on the track, -1 beside a transition
