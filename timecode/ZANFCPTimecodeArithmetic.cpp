@@ -15,7 +15,7 @@ constexpr std::uint32_t kMonthsPerYear = 12;
 constexpr std::uint32_t kYearsOfCycle = 400;   ///< after which the Gregorian calendar repeats
 constexpr std::uint64_t kDaysOfCycle = 146097; ///< in so many years
 constexpr std::uint64_t kYearCount = 65536;    ///< years that the field can hold
-constexpr std::uint64_t kDaysOfYearZero = 366;
+constexpr std::uint32_t kDaysOfYearZero = 366;
 
 constexpr bool isLeapYear(std::uint64_t year)
 {
