@@ -3,6 +3,7 @@
 #include "platform/Format.h"
 #include "platform/Log.h"
 #include "xml/ElementPath.h"
+#include "xml/PELCoder.h"
 
 #include <typeinfo>
 #include <utility>
@@ -20,6 +21,22 @@ PELElementValue withoutNulls(PELElementValue value)
     return value;
 }
 
+std::string textOf(const PELElementValue& value)
+{
+    const std::string* const text = std::get_if<std::string>(&value);
+    return text == nullptr ? std::string() : *text;
+}
+
+/// An empty text stands for an absent one.
+PELElementValue textOrAbsent(const std::string& text)
+{
+    return text.empty() ? PELElementValue{} : PELElementValue{text};
+}
+
+constexpr std::string_view kArchiveKey = "key";
+constexpr std::string_view kArchiveValue = "value";
+constexpr std::string_view kArchiveIdentifier = "identifier";
+
 constexpr std::size_t kFirstChildren = 4; ///< most containers have a name, a duration and a rate at the least
 
 } // namespace
@@ -28,6 +45,18 @@ PELElement::PELElement(std::string_view key, PELElementValue value, std::string_
     : key_{key}, value_{withoutNulls(std::move(value))}, canHaveChildren_{!std::holds_alternative<std::string>(value_)}
 {
     setIdentifier(identifier);
+}
+
+PELElement::PELElement(PELCoder& coder)
+    : PELElement(textOf(coder.decode(kArchiveKey)), coder.decode(kArchiveValue),
+                 textOf(coder.decode(kArchiveIdentifier)))
+{}
+
+void PELElement::encodeWithCoder(PELCoder& coder) const
+{
+    coder.encode(textOrAbsent(key()), kArchiveKey);
+    coder.encode(value_, kArchiveValue);
+    coder.encode(textOrAbsent(identifier()), kArchiveIdentifier);
 }
 
 PELElement::~PELElement()

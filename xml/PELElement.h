@@ -38,6 +38,8 @@ public:
     /// a list are dropped, with one error line each.
     PELElement(std::string_view key, PELElementValue value, std::string_view identifier);
     PELElement() : PELElement({}, {}, {}) {}
+    /// Reads what encodeWithCoder() wrote. A list or an absent value makes a container.
+    explicit PELElement(PELCoder& coder);
     virtual ~PELElement();
     PELElement(const PELElement&) = delete;
     PELElement& operator=(const PELElement&) = delete;
@@ -95,6 +97,11 @@ public:
     /// "<PELElement: 0x…> key: "name" value: "A001" identifier: """; children are counted, not listed.
     virtual std::string description() const;
 
+    /// Writes the key, the value and the identifier under "key", "value" and "identifier".
+    virtual void encodeWithCoder(PELCoder& coder) const;
+    /// The name of the class in descriptions and archives.
+    virtual const char* className() const { return "PELElement"; }
+
     /// The element and all below it as nodes of libxml2. Null without a key, and, with one error line, for a key that
     /// is no XML name; such children are left out likewise. Characters that XML cannot hold become U+FFFD, and one
     /// line of the default level says where.
@@ -112,7 +119,6 @@ protected:
     /// A new node of the receiver's class.
     virtual std::shared_ptr<PELElement> makeSameClass(std::string_view key, PELElementValue value,
                                                       std::string_view identifier) const;
-    virtual const char* className() const { return "PELElement"; }
 
 private:
     ElementName key_;

@@ -25,6 +25,8 @@ public:
     /// The text of the whole document, with a line end after the declaration, the document type and the last element.
     bool writeXML(const XMLSink& sink, XMLFormat format = XMLFormat::pretty) const override;
 
+    const char* className() const override { return "PELRootElement"; }
+
     /// Checks the document with xmllint against the document type definition. Valid is what the tool is silent about.
     /// Blocks until the tool has ended.
     /// \param error  filled in when the document is not valid or could not be checked, else left alone; may be null
@@ -42,7 +44,6 @@ public:
 protected:
     std::shared_ptr<PELElement> makeSameClass(std::string_view key, PELElementValue value,
                                               std::string_view identifier) const override;
-    const char* className() const override { return "PELRootElement"; }
 };
 
 } // namespace zanfcp
