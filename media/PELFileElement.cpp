@@ -119,9 +119,10 @@ std::shared_ptr<PELElement> PELFileElement::sampleCharacteristics()
 
 std::string PELFileElement::description() const
 {
-    return PELElement::description() + format(" name: %s, offset: %ld, mediaDelay: %ld, movieProperties: %s",
-                                              name_.c_str(), offset_, mediaDelay_,
-                                              NSStringFromPELMovieProperties(movieProperties_).c_str());
+    // Not through %s: a codec that is not set has a type code of four NUL characters.
+    return PELElement::description() + " name: " + name_ +
+           format(", offset: %ld, mediaDelay: %ld, movieProperties: ", offset_, mediaDelay_) +
+           NSStringFromPELMovieProperties(movieProperties_);
 }
 
 std::shared_ptr<PELElement> PELFileElement::copy() const

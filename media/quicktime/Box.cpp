@@ -11,7 +11,7 @@ Result<std::optional<Box>> readBox(Window& window, Extent rest)
     if (!bytes) return Error{bytes.error()};
 
     std::uint64_t size = bytes->read<std::uint32_t>();
-    Box box{.type = FourCC{bytes->read<std::uint32_t>()}, .offset = rest.offset};
+    Box box{.type = FourCC{bytes->read<std::uint32_t>()}, .offset = rest.offset, .body = {}};
     const bool isLong = size == 1;
     if (isLong) size = bytes->read<std::uint64_t>();
     const std::uint64_t header = isLong ? kLongHeader : kShortHeader;
