@@ -143,12 +143,10 @@ TEST(MovieProperties, DurationIsTheProductOfFloats)
         {"29.97", 30000, 1001, 30000, 1800 * 1001, 1800, 29},
         {"59.94", 60000, 1001, 1000, 1001, 60, 59},
         {"half a frame too few is cut", 25, 1, 1000, 3980, 99, 25},
-        // 29.97003 x 3600.6 is 107910.09; the nearest floats give 107910.094, and a day of 24 fps is still exact.
-        {"an hour", 30000, 1001, 10, 36006, 107910, 29},
-        // 59.94006 x 86400 is 5178821.18, of which a float holds halves only.
-        {"a day", 60000, 1001, 1, 86400, 5178821, 59},
-        // 25 x 671088.65 is 16777216.25; the float nearest to the seconds is 671088.625, whose product a float rounds.
-        {"beyond whole numbers in a float", 25, 1, 100, 67108865, 16777216, 25},
+        // Exact: 108010.999. The float nearest to the product is 108011.
+        {"rounded up by the floats", 30000, 1001, 1000, 3603967, 108011, 29},
+        // Exact: 25000001. Floats hold even numbers only there.
+        {"beyond whole numbers in a float", 25, 1, 100, 100000004, 25000000, 25},
         {"no length", 25, 1, 600, 0, 0, 25},
     };
     for (const Case& c : cases) {
