@@ -1,6 +1,7 @@
 #include "media/PELFileElement.h"
 
 #include "media/ZANFCPAdditions.h"
+#include "tests/support/ElementLookup.h"
 #include "tests/support/LogCapture.h"
 #include "tests/support/Recording.h"
 #include "tests/support/TempFolder.h"
@@ -13,26 +14,12 @@ namespace zanfcp {
 namespace {
 
 using test::makeFile;
+using test::outline;
+using test::outlineAt;
+using test::Strings;
+using test::textAt;
 
 constexpr NSInteger kLeast = std::numeric_limits<NSInteger>::min();
-
-/// "key" of a leaf or a container, "key=text" of a leaf, in order.
-std::vector<std::string> outline(const std::shared_ptr<PELElement>& parent)
-{
-    std::vector<std::string> found;
-    if (const PELElements* children = parent ? parent->children() : nullptr)
-        for (const auto& child : *children)
-            found.push_back(child->key() + (child->canHaveChildren() ? "" : "=" + std::string(child->stringValue())));
-    return found;
-}
-
-std::string textAt(const std::shared_ptr<PELElement>& element, std::string_view path)
-{
-    const auto child = element->childAtPath(path);
-    return child ? std::string(child->stringValue()) : "<nothing>";
-}
-
-using Strings = std::vector<std::string>;
 
 TEST(FileElement, WritesAllThatAMovieHolds)
 {
@@ -46,17 +33,18 @@ TEST(FileElement, WritesAllThatAMovieHolds)
     EXPECT_EQ(outline(file), (Strings{"name=Größe & Co #1.mov",
                                       "pathurl=file:///Volumes/Show%2012/Gr%C3%B6%C3%9Fe%20&%20Co%20%231.mov", "rate",
                                       "duration=900", "timecode", "media"}));
-    EXPECT_EQ(outline(file->childNamed("timecode")),
+    EXPECT_EQ(outlineAt(file, "timecode"),
               (Strings{"rate", "frame=90200", "displayformat=NDF", "source=source", "reel"}));
     EXPECT_EQ(textAt(file, "timecode/reel/name"), "A001");
-    EXPECT_EQ(outline(file->childNamed("media")), (Strings{"video", "audio", "audio", "audio"}));
-    EXPECT_EQ(outline(file->childAtPath("media/video")), (Strings{"duration=900", "samplecharacteristics"}));
+    EXPECT_EQ(outlineAt(file, "media"), (Strings{"video", "audio", "audio", "audio"}));
+    EXPECT_EQ(outlineAt(file, "media/video"), (Strings{"duration=900", "samplecharacteristics"}));
     EXPECT_EQ(outline(file->sampleCharacteristics()),
               (Strings{"width=1920", "height=1080", "anamorphic=FALSE", "pixelaspectratio=square",
                        "fielddominance=none", "rate"}));
     EXPECT_EQ(textAt(file, "media/audio/samplecharacteristics/samplerate"), "48000");
     EXPECT_EQ(textAt(file, "media/audio/samplecharacteristics/depth"), "24");
     EXPECT_EQ(textAt(file, "media/audio/channelcount"), "2");
+    test::expectValid({file}, "clip");
 }
 
 TEST(FileElement, LeavesOutWhatAMovieDoesNotHold)
@@ -91,8 +79,9 @@ TEST(FileElement, LeavesOutWhatAMovieDoesNotHold)
         ASSERT_GT(children.size(), 4u); // name, pathurl, rate and duration are always there
         children.erase(children.begin(), children.begin() + 4);
         EXPECT_EQ(children, c.children);
-        EXPECT_EQ(outline(file->childNamed("media")), c.media);
+        EXPECT_EQ(outlineAt(file, "media"), c.media);
         EXPECT_EQ(file->sampleCharacteristics() != nullptr, movie.hasVideo);
+        test::expectValid({file}, "clip");
     }
 }
 
