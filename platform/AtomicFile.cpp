@@ -37,7 +37,8 @@ FileDescriptor createBeside(const std::string& target, std::string& temporary)
     static std::atomic<unsigned> serial{0};
     constexpr std::size_t kNameLimit = 200; // leaves room for the suffix below NAME_MAX
     const std::filesystem::path place{target};
-    const std::string stem = "." + place.filename().string().substr(0, kNameLimit) + "." + std::to_string(::getpid());
+    std::string stem = ".";
+    stem.append(place.filename().string(), 0, kNameLimit).append(".").append(std::to_string(::getpid()));
     for (int attempt = 0; attempt < 100; ++attempt) {
         temporary = (place.parent_path() / (stem + "-" + std::to_string(serial++) + ".tmp")).string();
         FileDescriptor descriptor{::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666)};
