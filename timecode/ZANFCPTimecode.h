@@ -221,6 +221,8 @@ public:
 private:
     /// Adds days one after another, whatever their number; the time it takes does not depend on it.
     void advanceDays(std::uint64_t count);
+    /// Sets the date to so many days after 1 January of year 0.
+    void setDayNumber(std::uint64_t number);
     Date dateFromText() const;
 
     std::uint32_t frames_ = 0;

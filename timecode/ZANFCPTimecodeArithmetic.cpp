@@ -1,5 +1,5 @@
-// Adding, subtracting, multiplying and rounding, with carry into the date. The carry is defined day by day and month by
-// month; large counts skip the whole periods that lead back to the same day.
+// Adding, subtracting, multiplying and rounding, with carry into the date. The carry of days is defined month by month,
+// which is what happens to dates that no calendar has; from a possible one, days are counted through.
 
 #include "timecode/ZANFCPTimecode.h"
 
@@ -37,6 +37,21 @@ constexpr std::uint32_t daysOf(std::uint32_t month, std::uint64_t year)
     constexpr auto kDays = std::to_array<std::uint32_t>({31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31});
     if (month >= kDays.size()) return 31;
     return kDays[month] + (month == 1 && isLeapYear(year) ? 1 : 0);
+}
+
+constexpr bool isPossible(std::uint32_t month, std::uint32_t day, std::uint32_t daysInMonth)
+{
+    return month < kMonthsPerYear && day < daysInMonth;
+}
+
+/// Days since 1 January of year 0. A month or day that does not exist counts on from the last that does.
+std::uint64_t dayNumber(ZANFCPTimecode date)
+{
+    const std::uint64_t year = date.year() + date.month() / kMonthsPerYear;
+    std::uint64_t number = daysBeforeYear(year) + date.day();
+    for (std::uint32_t month = 0; month < date.month() % kMonthsPerYear; ++month)
+        number += daysOf(month, year);
+    return number;
 }
 
 } // namespace
@@ -85,17 +100,26 @@ void ZANFCPTimecode::advanceDays(std::uint64_t count)
             day_ = static_cast<std::uint8_t>(day_ + count);
             return;
         }
-        if (month_ < kMonthsPerYear && day_ < inMonth) { // a day that exists comes again
-            count %= kDaysOfAllYears;
-            const std::uint64_t cycles = std::min(count / kDaysOfCycle, (kYearCount - 1 - year_) / kYearsOfCycle);
-            count -= cycles * kDaysOfCycle;
-            addYears(static_cast<std::uint32_t>(cycles) * kYearsOfCycle);
-            if (day_ + count < inMonth) continue;
-        }
+        if (isPossible(month_, day_, inMonth))
+            return setDayNumber((dayNumber(*this) + count % kDaysOfAllYears) % kDaysOfAllYears);
         addMonths(1);
         count = count + day_ - inMonth; // a day past the end of its month counts on from that end
         day_ = 0;
     }
+}
+
+void ZANFCPTimecode::setDayNumber(std::uint64_t number)
+{
+    std::uint64_t year = number * kYearsOfCycle / kDaysOfCycle; // right, or one off
+    if (daysBeforeYear(year) > number) --year;
+    if (daysBeforeYear(year + 1) <= number) ++year;
+    number -= daysBeforeYear(year);
+    std::uint32_t month = 0;
+    for (; number >= daysOf(month, year); ++month)
+        number -= daysOf(month, year);
+    year_ = static_cast<std::uint16_t>(year);
+    month_ = static_cast<std::uint8_t>(month);
+    day_ = static_cast<std::uint8_t>(number);
 }
 
 void ZANFCPTimecode::addMonths(std::uint32_t count)
@@ -152,13 +176,11 @@ void ZANFCPTimecode::subtractHours(std::uint32_t count)
 void ZANFCPTimecode::subtractDays(std::uint32_t count)
 {
     while (count > day_) {
-        if (month_ < kMonthsPerYear && day_ < daysInMonth()) { // a day that exists comes again
-            const std::uint32_t cycles =
-                std::min(count / static_cast<std::uint32_t>(kDaysOfCycle), year_ / kYearsOfCycle);
-            count -= cycles * static_cast<std::uint32_t>(kDaysOfCycle);
-            subtractYears(cycles * kYearsOfCycle);
-            if (year_ == 0) count %= kDaysOfYearZero; // there is no year before it: the months repeat
-            if (count <= day_) break;
+        if (isPossible(month_, day_, daysInMonth())) {
+            const std::uint64_t number = dayNumber(*this);
+            if (count <= number) return setDayNumber(number - count);
+            // There is no year before 0: it comes again.
+            return setDayNumber((kDaysOfYearZero - (count - number) % kDaysOfYearZero) % kDaysOfYearZero);
         }
         subtractMonths(1);
         count -= day_ + 1U;
@@ -282,13 +304,6 @@ ZANFCPTimecode ZANFCPTimecode::timecodeSubtracting(ZANFCPTimecode timecode, ZANF
         return from;
     }
     // The days between are counted forward, so that an earlier day is reached around the end of all years.
-    const auto dayNumber = [](ZANFCPTimecode date) {
-        const std::uint64_t year = date.year_ + date.month_ / kMonthsPerYear;
-        std::uint64_t number = daysBeforeYear(year) + date.day_;
-        for (std::uint32_t month = 0; month < date.month_ % kMonthsPerYear; ++month)
-            number += daysOf(month, year);
-        return number;
-    };
     const std::uint64_t between = (dayNumber(from) + kDaysOfAllYears * 2 - dayNumber(timecode) - 1) % kDaysOfAllYears;
     const std::uint64_t perDay = framesPerDay();
     const std::uint64_t count = perDay - timecode.frames_ + from.frames_ + between * perDay;

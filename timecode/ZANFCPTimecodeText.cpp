@@ -51,6 +51,14 @@ void appendTwoDigits(std::string& text, std::uint32_t number)
     text += static_cast<char>('0' + number % 10);
 }
 
+/// All 0 while no rate is selected.
+FrameLabel labelOf(std::uint32_t framesSinceMidnight)
+{
+    const TimecodeRate& rate = TimecodeRate::current();
+    const std::uint32_t perHour = rate.framesPerHour();
+    return perHour == 0 ? FrameLabel{} : rate.labelAt(framesSinceMidnight % perHour);
+}
+
 } // namespace
 
 void ZANFCPTimecode::initWithString(std::string_view string)
@@ -101,36 +109,35 @@ void ZANFCPTimecode::setHours(std::uint8_t hours, std::uint8_t minutes, std::uin
 
 std::uint32_t ZANFCPTimecode::hours() const
 {
-    return hasValidFrameRate() ? frames_ / framesPerHour() : 0;
+    const std::uint32_t perHour = framesPerHour();
+    return perHour == 0 ? 0 : frames_ / perHour;
 }
 
 std::uint32_t ZANFCPTimecode::minutes() const
 {
-    return hasValidFrameRate() ? TimecodeRate::current().labelAt(frames_ % framesPerHour()).minute : 0;
+    return labelOf(frames_).minute;
 }
 
 std::uint32_t ZANFCPTimecode::seconds() const
 {
-    return hasValidFrameRate() ? TimecodeRate::current().labelAt(frames_ % framesPerHour()).second : 0;
+    return labelOf(frames_).second;
 }
 
 std::uint32_t ZANFCPTimecode::frames() const
 {
-    return hasValidFrameRate() ? TimecodeRate::current().labelAt(frames_ % framesPerHour()).frame : 0;
+    return labelOf(frames_).frame;
 }
 
 std::string ZANFCPTimecode::descriptionWithPrefix(std::string_view prefix) const
 {
-    const TimecodeRate& rate = TimecodeRate::current();
-    FrameLabel label;
-    if (hasValidFrameRate()) label = rate.labelAt(frames_ % rate.framesPerHour());
+    const FrameLabel label = labelOf(frames_);
     std::string text{prefix};
     appendTwoDigits(text, hours());
     text += ':';
     appendTwoDigits(text, label.minute);
     text += ':';
     appendTwoDigits(text, label.second);
-    text += rate.isDropFrame() && !isDuration() ? ';' : ':';
+    text += dropFrameTimecode() && !isDuration() ? ';' : ':';
     appendTwoDigits(text, label.frame);
     return text;
 }
