@@ -146,7 +146,7 @@ TEST(MovieProperties, DurationIsTheProductOfFloats)
         // Exact: 108010.999. The float nearest to the product is 108011.
         {"rounded up by the floats", 30000, 1001, 1000, 3603967, 108011, 29},
         // Exact: 25000001. Floats hold even numbers only there.
-        {"beyond whole numbers in a float", 25, 1, 100, 100000004, 25000000, 25},
+        {"beyond whole numbers in a float", 25, 1, 100, 100000004, 25000002, 25},
         {"no length", 25, 1, 600, 0, 0, 25},
     };
     for (const Case& c : cases) {
