@@ -46,6 +46,7 @@ TEST(TimecodeSample, LiesWhereTheTablesSay)
         {"nothing but a gap", threeSamples(editList({{600, -1}})), 28},
         {"edit list without entries", threeSamples(editList({})), 28},
         {"edit list that counts more than it has", threeSamples(atom("elst", Bytes{}.u32(0).u32(9))), 28},
+        {"edit list longer than its box", threeSamples(lyingAtom("elst", 5000, Bytes{}.zeros(8))), 28},
         {"samples of one size", oneSize, 32},
         {"samples of several sizes", otherSizes, 40},
         {"samples of several lengths", unevenTimes, 100},
