@@ -40,7 +40,7 @@ std::string soundText(const PELMovieProperties& properties)
 
 ExitCode inspect(const Arguments& arguments, Console& console)
 {
-    PELDictionary options{{std::string(PELMeasureSoundFiles), true}, {"interlaced", arguments.interlaced}};
+    PELDictionary options{{PELMeasureSoundFiles, true}, {"interlaced", arguments.interlaced}};
     Table table{{"FILE", "SIZE", "PIXELS", "FIELDS", "RATE", "START", "LENGTH", "FRAMES", "CODEC", "SOUND", "REEL"}};
     bool anyRead = false;
     bool allRead = true;
