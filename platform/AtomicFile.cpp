@@ -11,6 +11,8 @@
 namespace zanfcp {
 namespace {
 
+constexpr const char* kOwnDescriptors = "/proc/self/fd";
+
 Error systemError(const std::string& verb, const std::string& path, int code)
 {
     const Fault fault = code == ENOENT || code == ENOTDIR ? Fault::notFound : Fault::io;
@@ -31,31 +33,51 @@ Result<std::string> followLinks(const std::string& path)
     return systemError("write", path, ELOOP);
 }
 
-/// A new file beside `target`, created as open(2) creates any file, so that the umask counts.
-FileDescriptor createBeside(const std::string& target, std::string& temporary)
+/// Calls `take(name)` with names beside `target` until one is free. \return what `take` returned last
+template <typename Take> int takeNameBeside(const std::string& target, std::string& name, Take take)
 {
     static std::atomic<unsigned> serial{0};
     constexpr std::size_t kNameLimit = 200; // leaves room for the suffix below NAME_MAX
     const std::filesystem::path place{target};
     std::string stem = ".";
     stem.append(place.filename().string(), 0, kNameLimit).append(".").append(std::to_string(::getpid()));
+    int result = -1;
     for (int attempt = 0; attempt < 100; ++attempt) {
-        temporary = (place.parent_path() / (stem + "-" + std::to_string(serial++) + ".tmp")).string();
-        FileDescriptor descriptor{::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666)};
-        if (descriptor || errno != EEXIST) return descriptor;
+        name = (place.parent_path() / (stem + "-" + std::to_string(serial++) + ".tmp")).string();
+        result = take(name.c_str());
+        if (result >= 0 || errno != EEXIST) break;
     }
-    return {};
+    if (result < 0) name.clear();
+    return result;
+}
+
+/// A new file in the folder of `target` that has no name yet, so that nothing of it is left when a signal ends the
+/// program. Empty where the file system has no such files, or the name could not be given later.
+FileDescriptor createUnnamed(const std::string& target)
+{
+    if (::access(kOwnDescriptors, X_OK) != 0) return {};
+    const std::filesystem::path folder = std::filesystem::path{target}.parent_path();
+    const std::string place = folder.empty() ? std::string(".") : folder.string();
+    return FileDescriptor{::open(place.c_str(), O_WRONLY | O_TMPFILE | O_CLOEXEC, 0666)};
+}
+
+/// A new file beside `target`, created as open(2) creates any file, so that the umask counts.
+FileDescriptor createBeside(const std::string& target, std::string& temporary)
+{
+    return FileDescriptor{takeNameBeside(target, temporary, [](const char* name) {
+        return ::open(name, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+    })};
 }
 
 } // namespace
 
-AtomicFile::AtomicFile(FileDescriptor descriptor, std::string target, std::string temporary)
-    : descriptor_{std::move(descriptor)}, target_{std::move(target)}, temporary_{std::move(temporary)}
+AtomicFile::AtomicFile(FileDescriptor descriptor, std::string target, Place place, std::string temporary)
+    : descriptor_{std::move(descriptor)}, target_{std::move(target)}, place_{place}, temporary_{std::move(temporary)}
 {}
 
 AtomicFile::AtomicFile(AtomicFile&& other) noexcept
-    : descriptor_{std::move(other.descriptor_)}, target_{std::move(other.target_)}, temporary_{std::exchange(
-                                                                                        other.temporary_, {})}
+    : descriptor_{std::move(other.descriptor_)}, target_{std::move(other.target_)}, place_{other.place_},
+      temporary_{std::exchange(other.temporary_, {})}
 {}
 
 AtomicFile::~AtomicFile()
@@ -75,14 +97,16 @@ Result<AtomicFile> AtomicFile::create(const std::string& path)
         if (!S_ISREG(existing.st_mode)) {
             FileDescriptor device{::open(path.c_str(), O_WRONLY | O_CLOEXEC)};
             if (!device) return systemError("open", path, errno);
-            return AtomicFile{std::move(device), path, {}};
+            return AtomicFile{std::move(device), path, Place::target, {}};
         }
         if (::access(path.c_str(), W_OK) != 0) return systemError("write", path, errno);
     }
     std::string temporary;
-    FileDescriptor descriptor = createBeside(*target, temporary);
+    FileDescriptor descriptor = createUnnamed(*target);
+    const Place place = descriptor ? Place::unnamed : Place::beside;
+    if (!descriptor) descriptor = createBeside(*target, temporary);
     if (!descriptor) return systemError("create", path, errno);
-    AtomicFile file{std::move(descriptor), *std::move(target), std::move(temporary)};
+    AtomicFile file{std::move(descriptor), *std::move(target), place, std::move(temporary)};
     if (exists && ::fchmod(file.descriptor_.value(), existing.st_mode & 07777) != 0)
         return systemError("set the mode of", path, errno);
     return file;
@@ -101,8 +125,16 @@ Status AtomicFile::write(std::string_view bytes)
 
 Status AtomicFile::commit()
 {
-    if (temporary_.empty()) return {};
+    if (place_ == Place::target) return {};
     if (::fsync(descriptor_.value()) != 0) return systemError("flush", target_, errno);
+    if (place_ == Place::unnamed) {
+        // A link cannot replace a file, and a rename needs a name: both are needed.
+        const std::string own = std::string(kOwnDescriptors) + "/" + std::to_string(descriptor_.value());
+        const int linked = takeNameBeside(target_, temporary_, [&own](const char* name) {
+            return ::linkat(AT_FDCWD, own.c_str(), AT_FDCWD, name, AT_SYMLINK_FOLLOW);
+        });
+        if (linked != 0) return systemError("name", target_, errno);
+    }
     if (::close(descriptor_.release()) != 0) return systemError("close", target_, errno);
     if (::rename(temporary_.c_str(), target_.c_str()) != 0) return systemError("rename to", target_, errno);
     temporary_.clear();

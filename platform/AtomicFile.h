@@ -8,9 +8,10 @@
 
 namespace zanfcp {
 
-/// Writes a file whole or not at all: under a temporary name beside the target, flushed to the disk and renamed.
-/// Without `commit` nothing of it stays. A target that is no regular file (a device, a FIFO) is written in place;
-/// symbolic links are followed, and what they lead to is replaced, or made.
+/// Writes a file whole or not at all: without a name, or under a temporary one beside the target where the file system
+/// has no files without a name, then flushed to the disk and renamed. Without `commit` nothing of it stays. A target
+/// that is no regular file (a device, a FIFO) is written in place; symbolic links are followed, and what they lead to
+/// is replaced, or made.
 class AtomicFile {
 public:
     /// \return the open file, or an Error: notFound (no such folder), io (no permission, no space, a folder)
@@ -26,11 +27,15 @@ public:
     Status commit();
 
 private:
-    AtomicFile(FileDescriptor descriptor, std::string target, std::string temporary);
+    /// Where the bytes go until `commit`.
+    enum class Place { target, unnamed, beside };
+
+    AtomicFile(FileDescriptor descriptor, std::string target, Place place, std::string temporary);
 
     FileDescriptor descriptor_;
     std::string target_;
-    std::string temporary_; ///< empty when written in place, and once committed
+    Place place_;
+    std::string temporary_; ///< empty while there is none, and once committed
 };
 
 } // namespace zanfcp
