@@ -9,6 +9,9 @@
 namespace zanfcp::cli {
 namespace {
 
+/// Sums of two frame counts still fit the 32 bits that documents hold.
+constexpr NSInteger kMostFrames = 1'000'000'000;
+
 constexpr auto kCutTypes = std::to_array<std::string_view>({PELCutTypeCut, PELCutTypeDissolve});
 constexpr auto kFieldDominances = std::to_array<std::string_view>({"none", "upper", "lower"});
 constexpr auto kPixelAspectRatios = std::to_array<std::string_view>(
@@ -98,7 +101,8 @@ constexpr auto kMarker = std::to_array<OptionSpec>({
     {.key = PELMarkerDuration,
      .type = OptionType::integer,
      .help = "length in frames; none for 0 and less",
-     .minimum = std::numeric_limits<std::int32_t>::min()},
+     .minimum = std::numeric_limits<std::int32_t>::min(),
+     .maximum = kMostFrames},
 });
 
 constexpr auto kProject = std::to_array<OptionSpec>({
@@ -137,7 +141,8 @@ constexpr auto kProject = std::to_array<OptionSpec>({
     {.key = PELSequenceDuration,
      .type = OptionType::integer,
      .help = "length of the sequence in frames (the common span of the files)",
-     .minimum = 1},
+     .minimum = 1,
+     .maximum = kMostFrames},
     {.key = PELSequenceCorrectFileOffsets,
      .type = OptionType::boolean,
      .help = "with a start timecode: place the files by their own timecode"},
@@ -227,7 +232,8 @@ std::string valueText(const OptionSpec& spec)
     case OptionType::integer: break;
     }
     if (!spec.choices.empty()) return "one of " + joined(spec.choices);
-    if (spec.minimum == std::numeric_limits<std::int32_t>::min()) return "a whole number";
+    if (spec.minimum == std::numeric_limits<std::int32_t>::min())
+        return "a whole number up to " + std::to_string(spec.maximum);
     if (spec.maximum == std::numeric_limits<std::int32_t>::max())
         return "a whole number from " + std::to_string(spec.minimum);
     return "a whole number from " + std::to_string(spec.minimum) + " to " + std::to_string(spec.maximum);

@@ -52,7 +52,7 @@ void warnAboutNames(const Recording& recording, Warnings& out)
 {
     std::map<std::string, std::vector<std::string>> paths;
     for (const InspectedFile& file : recording.inspected)
-        paths[file.url.lastPathComponent()].push_back(file.path);
+        paths[cleanXmlText(file.url.lastPathComponent()).text].push_back(file.path); // as documents hold it
     for (const auto& [name, same] : paths) {
         if (same.size() < 2) continue;
         std::string list;
@@ -86,7 +86,9 @@ void warnAboutSpan(const Recording& recording, Warnings& out)
         std::ranges::min_element(files, {}, [](const auto& file) { return startOf(file) + file.properties.duration; });
     out.push_back("the files have no common span: " + last->path + " begins at " +
                   labelFromFrames(startOf(*last), last->properties.timecode.rate) + ", " + first->path + " ends at " +
-                  endLabel(*first, first->properties.timecode.rate));
+                  endLabel(*first, first->properties.timecode.rate) +
+                  "; without a length of its own, a sequence of them cannot be imported, and timecodes that pass "
+                  "midnight are not joined");
 }
 
 /// Frames from the start of the common span to the start of the sequence.
@@ -98,6 +100,60 @@ NSInteger sequenceOffset(const Recording& recording, PELRate rate)
     return Convenience::sequenceOffsetForFiles(recording.files, timecode);
 }
 
+/// One record of the cut list; nothing when its labels cannot be read.
+struct Cut {
+    std::size_t index = 0;
+    bool isDissolve = false;
+    NSInteger start = 0; ///< frames on the sequence
+    NSInteger end = 0;   ///< frames on the sequence
+};
+
+std::vector<Cut> readCuts(const PELArray& records, PELRate rate)
+{
+    std::vector<Cut> cuts;
+    for (std::size_t i = 0; i < records.size(); ++i) {
+        const auto* record = records[i].as<PELDictionary>();
+        const auto start = framesFromText(record->stringFor(PELCutStartTimecode).value_or(""), rate);
+        const auto end = framesFromText(record->stringFor(PELCutEndTimecode).value_or(""), rate);
+        if (start && end) cuts.push_back({i, record->stringFor(PELCutType) == PELCutTypeDissolve, *start, *end});
+    }
+    return cuts;
+}
+
+std::string nameOf(const Cut& cut)
+{
+    return "cuts[" + std::to_string(cut.index) + "]";
+}
+
+void warnAboutOrder(const std::vector<Cut>& cuts, Warnings& out)
+{
+    const Cut* before = nullptr;
+    std::string firstOverlap;
+    std::size_t overlaps = 0;
+    for (const Cut& cut : cuts) {
+        if (cut.isDissolve) continue;
+        if (before != nullptr && cut.start < before->end && overlaps++ == 0)
+            firstOverlap = nameOf(cut) + " starts before " + nameOf(*before) + " ends";
+        before = &cut;
+    }
+    if (overlaps != 0)
+        out.push_back(firstOverlap + ": cuts are taken in the order of the list, and these cover each other" +
+                      (overlaps > 1 ? " (and " + std::to_string(overlaps - 1) + " more)" : ""));
+}
+
+void warnAboutDissolves(const std::vector<Cut>& cuts, PELRate rate, Warnings& out)
+{
+    for (std::size_t i = 0; i < cuts.size(); ++i) {
+        const Cut& dissolve = cuts[i];
+        if (!dissolve.isDissolve) continue;
+        if (i == 0 || i + 1 == cuts.size() || cuts[i - 1].isDissolve || cuts[i + 1].isDissolve)
+            out.push_back(nameOf(dissolve) + " is a dissolve that does not stand between two cuts");
+        else if (const NSInteger meet = cuts[i - 1].end; meet < dissolve.start || meet > dissolve.end)
+            out.push_back(nameOf(dissolve) + " is a dissolve away from where the cuts beside it meet, " +
+                          labelFromFrames(meet, rate));
+    }
+}
+
 void warnAboutCuts(const Recording& recording, const PELArray& cuts, Warnings& out)
 {
     const PELRate rate = sequenceRate(recording.inspected, recording.options);
@@ -105,19 +161,11 @@ void warnAboutCuts(const Recording& recording, const PELArray& cuts, Warnings& o
     const NSInteger offset = sequenceOffset(recording, rate);
     std::size_t outside = 0;
     std::size_t firstOutside = 0;
-    NSInteger before = 0;
-    for (std::size_t i = 0; i < cuts.size(); ++i) {
-        const auto* cut = cuts[i].as<PELDictionary>();
-        const auto start = framesFromText(cut->stringFor(PELCutStartTimecode).value_or(""), rate);
-        const auto end = framesFromText(cut->stringFor(PELCutEndTimecode).value_or(""), rate);
-        if (!start || !end) continue;
-        if (*start < before)
-            out.push_back("cuts[" + std::to_string(i) +
-                          "] starts before the one above it: cuts are taken in the order of the list");
-        before = *start;
-        if (offset + *start >= 0 && offset + *end <= common) continue;
-        if (outside++ == 0) firstOutside = i;
-    }
+    const std::vector<Cut> read = readCuts(cuts, rate);
+    warnAboutOrder(read, out);
+    warnAboutDissolves(read, rate, out);
+    for (const Cut& cut : read)
+        if ((offset + cut.start < 0 || offset + cut.end > common) && outside++ == 0) firstOutside = cut.index;
     if (outside != 0 && common > 0)
         out.push_back(std::to_string(outside) + " of " + std::to_string(cuts.size()) +
                       " cuts go beyond the common span of " + std::to_string(common) + " frames (" +

@@ -39,7 +39,7 @@ TEST(OptionsJson, EveryKeyKeepsItsTypeAndValue)
         "addProject": false, "projectName": "Überblick", "binName": "Rushes", "binLabel": "", "clipLabel": "B Roll",
         "addSequence": true, "addMulticlip": true, "useClipItems": false, "multiclipMainFileIndex": 1,
         "sequenceTemplateFileIndex": 0, "soundSourceIndex": 2, "sequenceName": "Cut", "sequenceLabel": "Best Take",
-        "sequenceStartTimecode": "01:00:00:00", "sequenceDuration": 2147483647, "sequenceCorrectFileOffsets": true,
+        "sequenceStartTimecode": "01:00:00:00", "sequenceDuration": 1000000000, "sequenceCorrectFileOffsets": true,
         "projectScene": "12", "projectTake": "3", "masterComment1": "rain", "masterComment1AddToSequence": true,
         "masterComment1ToClipsAndMulticlips": true, "logGoodShot": true, "logGoodShotAddToSequence": true,
         "logGoodShotAddToClipsAndMulticlips": true, "useFirstClipSettings": false, "interlaced": true,
@@ -57,7 +57,7 @@ TEST(OptionsJson, EveryKeyKeepsItsTypeAndValue)
 
     for (const OptionSpec& spec : projectOptions())
         EXPECT_TRUE(options->contains(spec.key)) << spec.key << " is in the table but not in this test";
-    EXPECT_EQ(options->integerFor("sequenceDuration"), 2147483647);
+    EXPECT_EQ(options->integerFor("sequenceDuration"), 1000000000);
     EXPECT_EQ(options->stringFor("projectName"), "Überblick");
     EXPECT_EQ(*options->find("addProject"), PELValue(false));
     const PELDictionary* import = options->dictionaryFor(PELImportOptions);
