@@ -56,6 +56,11 @@ bool SSetDef::Is(const SSetDef& base) const
     return set != nullptr;
 }
 
+bool SSetDef::Is(ESet base) const
+{
+    return Is(SetOf(base));
+}
+
 std::span<const SPropertyDef> SSetDef::Properties() const
 {
     return std::span(kProperties).subspan(firstProperty, propertyCount);
@@ -69,6 +74,11 @@ const SSetDef* SPropertyDef::Target() const
 std::span<const SSetDef> AllSets()
 {
     return kSets;
+}
+
+const SSetDef& SetOf(ESet set)
+{
+    return kSets[static_cast<std::size_t>(set)];
 }
 
 const SSetDef* FindSet(const SUl& key)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "../labels/Ul.h"
+#include "Registry.h"
 
 #include <array>
 #include <cstdint>
@@ -88,6 +89,7 @@ struct SSetDef {
     const SSetDef* Parent() const;
     /// True for `base` itself and every class that refines it.
     bool Is(const SSetDef& base) const;
+    bool Is(ESet base) const;
     /// Its own properties.
     std::span<const struct SPropertyDef> Properties() const;
 };
@@ -110,6 +112,8 @@ struct SPropertyDef {
 /// All classes, in the order of the register.
 std::span<const SSetDef> AllSets();
 
+/// The row of a class.
+const SSetDef& SetOf(ESet set);
 /// The class of a set or pack with this key; bytes 6 (coding) and 8 (version) do not matter. Null when unknown.
 const SSetDef* FindSet(const SUl& key);
 /// The class of this name, or null.

@@ -3,8 +3,8 @@
 
 Usage: mxf/metadata/generate_set_tables.py [--check]
 
-Writes generated/SetTablesData.cpp. With --check nothing is written, and the exit status is 1 when the file differs
-from what would be written.
+Writes generated/SetTablesData.cpp, the rows, and Registry.h, their names as constants. With --check nothing
+is written, and the exit status is 1 when a file differs from what would be written.
 """
 import csv
 import pathlib
@@ -13,7 +13,7 @@ import sys
 
 HERE = pathlib.Path(__file__).resolve().parent
 DATA = HERE.parent / "data"
-OUTPUT = HERE / "generated" / "SetTablesData.cpp"
+ORIGIN = "// Made by generate_set_tables.py from data/sets.tsv and data/properties.tsv.\n// clang-format off\n"
 
 SCALARS = {
     "Boolean": "boolean",
@@ -87,21 +87,30 @@ def indexes(order, per_line=20):
     return "    " + ",\n    ".join(lines) + ",\n"
 
 
-def generate():
-    sets, properties = rows("sets.tsv"), rows("properties.tsv")
-    number = {row["set_name"]: i for i, row in enumerate(sets)}
-    by_set = {name: [] for name in number}
-    for row in properties:
+def read():
+    """The sets in the order of the register, and under each name its properties."""
+    sets = rows("sets.tsv")
+    by_set = {row["set_name"]: [] for row in sets}
+    for row in rows("properties.tsv"):
         by_set[row["set_name"]].append(row)
+    return sets, by_set
 
-    out = ["// Made by generate_set_tables.py from data/sets.tsv and data/properties.tsv.\n",
-           "// clang-format off\n", '#include "mxf/metadata/SetTablesData.h"\n', "\n",
-           "namespace TamrelMxf::Tables {\n", "\n"]
+
+def place_of(row):
+    """The place of a property, and its static local tag as a number."""
+    tag = row["local_tag"]
+    place = {"dyn": "dynamicTag", "pack": "pack", "record": "record"}.get(tag, "localTag")
+    return place, f"0x{tag}" if place == "localTag" else "0"
+
+
+def table_source(sets, by_set):
+    number = {row["set_name"]: i for i, row in enumerate(sets)}
     flat, first = [], {}
     for name in number:
         first[name] = len(flat)
         flat += by_set[name]
 
+    out = [ORIGIN, '#include "mxf/metadata/SetTablesData.h"\n', "\n", "namespace TamrelMxf::Tables {\n", "\n"]
     out += [f"constexpr std::array<SSetDef, {len(sets)}> kSets{{{{\n"]
     for row in sets:
         name = row["set_name"]
@@ -112,9 +121,7 @@ def generate():
     out += ["}};\n", "\n", f"constexpr std::array<SPropertyDef, {len(flat)}> kProperties{{{{\n"]
     for row in flat:
         kind, shape, target = classify(row["type"])
-        tag = row["local_tag"]
-        place = {"dyn": "dynamicTag", "pack": "pack", "record": "record"}.get(tag, "localTag")
-        tag = f"0x{tag}" if place == "localTag" else "0"
+        place, tag = place_of(row)
         out.append(f'    {{"{row["property"]}", {{{halves(row["ul"])}}}, {number[row["set_name"]]}, {tag}, '
                    f'EPlace::{place}, EValue::{kind}, EShape::{shape}, {number.get(target, -1)}}},\n')
     out += ["}};\n", "\n"]
@@ -129,14 +136,39 @@ def generate():
     return "".join(out)
 
 
+def registry_header(sets, by_set):
+    out = ["#pragma once\n", "\n", ORIGIN, "#include <cstdint>\n", "\n", "namespace TamrelMxf {\n", "\n",
+           "/// The classes of the register; the number of each is its index among AllSets().\n",
+           "enum class ESet : std::uint16_t {\n"]
+    out += [f'    {row["set_name"]} = {i},\n' for i, row in enumerate(sets)]
+    out += ["};\n", "\n",
+            "/// Where a set keeps a property: under a static local tag, or, when `tag` is 0, under the tag that the\n",
+            "/// primer pack gives to the label with `item` in bytes 9 to 16.\n",
+            "struct SPropertyId {\n    std::uint16_t tag;\n    std::uint64_t item;\n};\n", "\n",
+            "/// The properties that are found by a tag, under the class that owns them.\n", "namespace Prop {\n"]
+    for name, properties in by_set.items():
+        tagged = [row for row in properties if place_of(row)[0] in ("localTag", "dynamicTag")]
+        if not tagged:
+            continue
+        out += [f"namespace {name} {{\n"]
+        for row in tagged:
+            item = row["ul"].replace(".", "")[16:]
+            out.append(f'inline constexpr SPropertyId {row["property"]}{{{place_of(row)[1]}, 0x{item}}};\n')
+        out += ["}\n"]
+    out += ["} // namespace Prop\n", "} // namespace TamrelMxf\n"]
+    return "".join(out)
+
+
 def main(arguments):
     if arguments not in ([], ["--check"]):
         sys.exit(__doc__)
-    text = generate()
-    if not arguments:
-        OUTPUT.write_text(text, encoding="utf-8")
-    elif not OUTPUT.exists() or OUTPUT.read_text(encoding="utf-8") != text:
-        sys.exit(f"{OUTPUT} is not what {pathlib.Path(__file__).name} writes")
+    sets, by_set = read()
+    for name, make in (("generated/SetTablesData.cpp", table_source), ("Registry.h", registry_header)):
+        path, text = HERE / name, make(sets, by_set)
+        if not arguments:
+            path.write_text(text, encoding="utf-8")
+        elif not path.exists() or path.read_text(encoding="utf-8") != text:
+            sys.exit(f"{path} is not what {pathlib.Path(__file__).name} writes")
 
 
 if __name__ == "__main__":
