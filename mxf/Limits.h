@@ -14,4 +14,14 @@ inline constexpr std::int64_t kMaxKlvValueBytes = std::int64_t{256} << 20;
 /// One step of an allocation for data whose real size is not known.
 inline constexpr std::size_t kReadStepBytes = std::size_t{1} << 20;
 
+/// How deep sets may own sets. A preface owns a track's timecode through four others; descriptive
+/// frameworks reach seven or eight.
+inline constexpr int kMaxReferenceDepth = 32;
+
+/// How many packages a chain from a clip back to its tape may pass.
+inline constexpr int kMaxPackageChain = 64;
+
+/// Broken references that are kept for a report; the rest are counted.
+inline constexpr std::size_t kMaxModelNotes = 64;
+
 } // namespace TamrelMxf

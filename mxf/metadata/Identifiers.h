@@ -7,7 +7,6 @@
 #include <compare>
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <string>
 
 namespace TamrelMxf {
@@ -55,20 +54,4 @@ std::string ToText(const SUUID& uuid);
 /// 64 hexadecimal digits in two groups, label and number, separated by a dot.
 std::string ToText(const SUmid& umid);
 
-/// Mixes every byte: Instance UIDs of some writers count in the first bytes, of others in the last.
-template <std::size_t Size> std::size_t HashBytes(const std::array<std::uint8_t, Size>& bytes)
-{
-    std::uint64_t hash = 0x9E3779B97F4A7C15;
-    for (const std::uint8_t byte : bytes)
-        hash = (hash ^ byte) * 0x100000001B3;
-    return static_cast<std::size_t>(hash ^ (hash >> 32));
-}
-
 } // namespace TamrelMxf
-
-template <> struct std::hash<TamrelMxf::SUUID> {
-    std::size_t operator()(const TamrelMxf::SUUID& uuid) const { return TamrelMxf::HashBytes(uuid.bytes); }
-};
-template <> struct std::hash<TamrelMxf::SUmid> {
-    std::size_t operator()(const TamrelMxf::SUmid& umid) const { return TamrelMxf::HashBytes(umid.bytes); }
-};

@@ -2,6 +2,7 @@
 
 #include "Identifiers.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -47,6 +48,11 @@ public:
         return 0;
     }
 
+    /// Destroys the objects that `predicate` picks and gives their memory back.
+    template <typename Predicate> void Drop(Predicate predicate)
+    {
+        if (std::erase_if(objects_, predicate) != 0) objects_.shrink_to_fit();
+    }
     T& Append(T object) { return objects_.emplace_back(std::move(object)); }
 
     std::size_t size() const { return objects_.size(); }
