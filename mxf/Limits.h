@@ -29,7 +29,7 @@ inline constexpr int kMaxKlvsWalked = 4096;
 
 /// Fill items, and index table segments that the pack does not count, stepped over at one place.
 inline constexpr int kMaxFillsInARow = 16;
-inline constexpr int kMaxIndexSegmentsInARow = 65'536;
+inline constexpr int kMaxIndexSegmentsInARow = 4096;
 
 /// One step of an allocation for data whose real size is not known.
 inline constexpr std::size_t kReadStepBytes = std::size_t{1} << 20;

@@ -6,6 +6,7 @@
 #include "platform/ByteReader.h"
 
 #include <algorithm>
+#include <array>
 
 namespace TamrelMxf {
 
@@ -22,6 +23,31 @@ void Fill(SPartitionDesc& desc, const CPartitionPack& pack)
 } // namespace
 
 CRandomIndexPack::~CRandomIndexPack() = default;
+
+std::unique_ptr<CRandomIndexPack> CRandomIndexPack::LoadFromEnd(CMediaSource& source, const CMxfUlDict& dict,
+                                                                std::int64_t runInCorrection, bool listPartitions)
+{
+    constexpr std::int64_t kShortestFile = 64;
+    const std::int64_t size = source.GetSize();
+    if (size < kShortestFile) return nullptr;
+
+    std::array<std::uint8_t, 4> overall{};
+    if (source.Seek(size - 4) != 0 || source.Read(overall.data(), overall.size()) != 4) return nullptr;
+    const auto length = zanfcp::ByteReader{std::as_bytes(std::span{overall})}.read<std::uint32_t>();
+    if (length > size) return nullptr; // a negative place would mean the end to some sources
+
+    std::array<std::uint8_t, SUl::kSize> key{};
+    if (source.Seek(size - length) != 0 ||
+        source.Read(key.data(), key.size()) != static_cast<std::int64_t>(key.size()) ||
+        !SUl::From(key.data()).MatchesAnyVersion(Keys::kRandomIndexPack))
+        return nullptr;
+
+    CKlv klv;
+    if (source.Seek(size - length) != 0 || klv.LoadFrom(&source) != kSuccess) return nullptr;
+    auto rip = std::make_unique<CRandomIndexPack>(&source, dict, runInCorrection);
+    if (rip->ImportFromEx(&klv, listPartitions) != kSuccess) return nullptr;
+    return rip;
+}
 
 int CRandomIndexPack::ImportFromEx(const CKlv* klv, bool listPartitions)
 {

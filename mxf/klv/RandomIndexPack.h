@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <set>
 #include <span>
 #include <vector>
@@ -39,6 +40,12 @@ public:
     virtual ~CRandomIndexPack();
     CRandomIndexPack(const CRandomIndexPack&) = delete;
     CRandomIndexPack& operator=(const CRandomIndexPack&) = delete;
+
+    /// Finds and imports the random index pack at the end of a source, with two small reads and one of the pack.
+    /// \param listPartitions  as for ImportFromEx
+    /// \return the pack; null when the source does not end in a good one
+    static std::unique_ptr<CRandomIndexPack> LoadFromEnd(CMediaSource& source, const CMxfUlDict& dict,
+                                                         std::int64_t runInCorrection, bool listPartitions);
 
     /// Replaces the content by the entries of `klv`: pairs of BodySID and offset. An entry that lies before the
     /// start of the source once the run-in is taken off is skipped.
