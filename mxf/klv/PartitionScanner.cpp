@@ -64,7 +64,7 @@ int CPartitionScanner::FindFirstPartition()
         found = WalkToPartitionPack(probe_, position, logger_);
     }
     if (!found) found = SearchPartitionPack(probe_); // the run-in looks like KLV itself
-    if (!found) {
+    if (!found || *found > static_cast<std::int64_t>(kMaxRunInBytes)) {
         logger_.LogError("parse headers failure, no partition pack");
         return kFailed;
     }

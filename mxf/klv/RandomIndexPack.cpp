@@ -134,9 +134,10 @@ std::int64_t CRandomIndexPack::TranslateOffset(std::int64_t offset, std::uint32_
     if (desc.essenceStart < 0 ||
         __builtin_add_overflow(desc.essenceStart, offset - static_cast<std::int64_t>(desc.bodyOffset), &position))
         return -1;
-    // Behind the next partition the bytes belong to something else: the offset is not in this essence.
+    // Where the next partition or the end of the file begins, this essence has ended.
     const auto next = offsets_.upper_bound(static_cast<std::uint64_t>(desc.offset));
-    return next != offsets_.end() && static_cast<std::uint64_t>(position) >= *next ? -1 : position;
+    const bool isBehind = next != offsets_.end() && static_cast<std::uint64_t>(position) >= *next;
+    return isBehind || position >= source_->GetSize() ? -1 : position;
 }
 
 std::span<const SPartitionDesc> CRandomIndexPack::PartitionsOf(std::uint32_t bodySID) const

@@ -47,10 +47,10 @@ public:
         std::uint32_t bodySID = 0;
         std::uint64_t bodyOffset = 0;
         std::uint32_t indexSID = 0;
-        Bytes metadata;       ///< counted as header metadata
-        Bytes index;          ///< counted as index table
+        Bytes metadata = {};       ///< counted as header metadata
+        Bytes index = {};          ///< counted as index table
         std::size_t fill = 0; ///< bytes of fill between pack and metadata, 0 or at least 20
-        std::vector<Bytes> containers;
+        std::vector<Bytes> containers = {};
     };
 
     /// Bytes that stand before the header partition; offsets do not count them.
