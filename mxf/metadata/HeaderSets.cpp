@@ -21,8 +21,8 @@ std::size_t DistanceToNextKey(std::span<const std::uint8_t> bytes)
 
 bool IsLocalSetKey(const SUl& key)
 {
-    // Byte 5: 02 groups. Byte 6: the coding, its low three bits 3 for local sets (SMPTE ST 336).
-    return key.IsSmpte() && key.bytes[4] == 0x02 && (key.bytes[5] & 0x07) == 0x03;
+    // Byte 5: 02 for groups. Byte 6: the coding; its lower bits are 13h for local sets with 2-byte tags (SMPTE ST 336).
+    return key.IsSmpte() && key.bytes[4] == 0x02 && (key.bytes[5] & 0x1F) == 0x13;
 }
 
 SHeaderSets ReadHeaderSets(std::span<const std::uint8_t> bytes)

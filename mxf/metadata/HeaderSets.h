@@ -18,7 +18,7 @@ struct SHeaderSets {
     std::size_t skippedBytes = 0; ///< bytes between KLVs that belonged to none
 };
 
-/// True for the key of a local set: what CMetadataSet can read.
+/// True for the key of a local set with 2-byte tags: what CMetadataSet can read.
 bool IsLocalSetKey(const SUl& key);
 
 /// Reads the primer pack and every local set in bytes that hold KLVs, one after the other. Fill, packs and unknown

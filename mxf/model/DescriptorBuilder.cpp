@@ -194,7 +194,10 @@ void CModelBuilder::ReadPicture(SPictureDescriptor& picture, const CSetReader& r
     reader.Read(P::MasteringDisplayMinimumLuminance, picture.masteringMinimumLuminance);
     ReadYCbCr(picture, reader);
     ReadRgba(picture, reader);
-    if (definition != nullptr && definition->Is(ESet::MPEGVideoDescriptor)) ReadMpeg(picture.mpeg.emplace(), reader);
+    if (definition == nullptr) return;
+    if (definition->Is(ESet::VC1VideoDescriptor))
+        reader.ReadBytes(Prop::VC1VideoDescriptor::VC1InitializationMetadata, picture.initializationData);
+    if (definition->Is(ESet::MPEGVideoDescriptor)) ReadMpeg(picture.mpeg.emplace(), reader);
 }
 
 void CModelBuilder::ReadSound(SSoundDescriptor& sound, const CSetReader& reader, const SSetDef* definition) const
