@@ -24,7 +24,7 @@ inline constexpr std::string_view kSubDescriptors = "06.0E.2B.34.01.01.01.09.06.
 struct StandardFile {
     std::optional<std::int64_t> materialStart = 90000; ///< start timecode, absent: no timecode track
     std::optional<std::int64_t> fileStart = 90000;
-    std::optional<std::int64_t> tapeStart = {};                  ///< absent: no tape package
+    std::optional<std::int64_t> tapeStart = {};              ///< absent: no tape package
     std::int64_t materialPicture = 250, materialSound = 250; ///< durations, -1 unknown
     std::int64_t filePicture = 250, fileSound = 250;
     std::int64_t containerDuration = -1;
