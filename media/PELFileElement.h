@@ -23,6 +23,10 @@ public:
     /// Null when no file exists at the URL's path. A file that cannot be read still gives an element, with all-zero
     /// properties. `options` as for PELGetPropertiesOfMovieAtURL.
     static std::shared_ptr<PELFileElement> fileElementWithURL(const FileURL& url, const PELDictionary& options);
+    /// The element of a file of which is known already what it holds; nothing is read. Null, with an error line, for an
+    /// empty URL and an undefined duration.
+    static std::shared_ptr<PELFileElement> fileElementWithURLMovieProperties(const FileURL& url,
+                                                                             const PELMovieProperties& properties);
     /// In the order of the URLs, missing files left out with a log line, offsets and media delays set.
     static PELFileElements fileElementsWithURLs(const std::vector<FileURL>& urls, const PELDictionary& options);
 

@@ -4,6 +4,7 @@
 #include "../platform/FourCC.h"
 #include "../platform/PELValue.h"
 #include "../timecode/PELTimecode.h"
+#include "../xml/PELFieldDominance.h"
 #include "../xml/PELPixelAspectRatio.h"
 
 #include <array>

@@ -17,13 +17,28 @@ Error systemError(const std::string& verb, const std::string& path, int code)
     return Error{.fault = fault, .what = "could not " + verb + " " + path + ": " + std::strerror(code)};
 }
 
+/// Where writing to `path` puts the file: at the end of its symbolic links, whether a file is there yet or not.
+Result<std::string> followLinks(const std::string& path)
+{
+    constexpr int kMostLinks = 40; // as many as the kernel follows
+    std::filesystem::path place{path};
+    for (int links = 0; links <= kMostLinks; ++links) {
+        std::error_code isNoLink;
+        const std::filesystem::path next = std::filesystem::read_symlink(place, isNoLink);
+        if (isNoLink) return place.string();
+        place = place.parent_path() / next; // an absolute target replaces the folder
+    }
+    return systemError("write", path, ELOOP);
+}
+
 /// A new file beside `target`, created as open(2) creates any file, so that the umask counts.
 FileDescriptor createBeside(const std::string& target, std::string& temporary)
 {
     static std::atomic<unsigned> serial{0};
     constexpr std::size_t kNameLimit = 200; // leaves room for the suffix below NAME_MAX
     const std::filesystem::path place{target};
-    const std::string stem = "." + place.filename().string().substr(0, kNameLimit) + "." + std::to_string(::getpid());
+    std::string stem = ".";
+    stem.append(place.filename().string(), 0, kNameLimit).append(".").append(std::to_string(::getpid()));
     for (int attempt = 0; attempt < 100; ++attempt) {
         temporary = (place.parent_path() / (stem + "-" + std::to_string(serial++) + ".tmp")).string();
         FileDescriptor descriptor{::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666)};
@@ -50,7 +65,9 @@ AtomicFile::~AtomicFile()
 
 Result<AtomicFile> AtomicFile::create(const std::string& path)
 {
-    std::string target = path;
+    if (path.empty()) return systemError("create", path, ENOENT);
+    Result<std::string> target = followLinks(path);
+    if (!target) return target.error();
     struct stat existing {};
     const bool exists = ::stat(path.c_str(), &existing) == 0;
     if (exists) {
@@ -61,14 +78,11 @@ Result<AtomicFile> AtomicFile::create(const std::string& path)
             return AtomicFile{std::move(device), path, {}};
         }
         if (::access(path.c_str(), W_OK) != 0) return systemError("write", path, errno);
-        std::error_code fault;
-        const std::filesystem::path real = std::filesystem::canonical(path, fault);
-        if (!fault) target = real.string();
     }
     std::string temporary;
-    FileDescriptor descriptor = createBeside(target, temporary);
+    FileDescriptor descriptor = createBeside(*target, temporary);
     if (!descriptor) return systemError("create", path, errno);
-    AtomicFile file{std::move(descriptor), std::move(target), std::move(temporary)};
+    AtomicFile file{std::move(descriptor), *std::move(target), std::move(temporary)};
     if (exists && ::fchmod(file.descriptor_.value(), existing.st_mode & 07777) != 0)
         return systemError("set the mode of", path, errno);
     return file;

@@ -10,7 +10,7 @@ namespace zanfcp {
 
 /// Writes a file whole or not at all: under a temporary name beside the target, flushed to the disk and renamed.
 /// Without `commit` nothing of it stays. A target that is no regular file (a device, a FIFO) is written in place;
-/// a symbolic link is followed, and its target replaced.
+/// symbolic links are followed, and what they lead to is replaced, or made.
 class AtomicFile {
 public:
     /// \return the open file, or an Error: notFound (no such folder), io (no permission, no space, a folder)

@@ -1,23 +1,29 @@
 #pragma once
 
 #include "../platform/FileURL.h"
-#include "../platform/Log.h"
+#include "../platform/Integers.h"
 #include "../platform/PELColor.h"
 #include "../timecode/PELRate.h"
 #include "../timecode/PELTimecode.h"
+#include "ElementKeys.h"
 #include "PELElement.h"
+#include "PELFieldDominance.h"
 #include "PELPixelAspectRatio.h"
 
 /// Factories of the smaller elements, and the operations that add labels and comments.
 /// Each factory returns a new element. A refused argument gives null and one error line with the argument's name.
-/// Optional texts are left out when absent or empty. Integers equal to NSNotFound are "undefined".
-/// Records passed by pointer are borrowed for the call.
+/// Children come in the order in which they are named. Optional texts are left out when absent or empty. A missing rate
+/// that is no ground for refusal is logged ("rate"), and the element does without. Booleans are written "TRUE" and
+/// "FALSE", integers in decimal with their low 32 bits (see ElementText.h). NSNotFound marks an undefined integer;
+/// where that is no ground for refusal it is written like any other number ("-1"). Records passed by pointer are
+/// borrowed for the call.
 namespace zanfcp::CommonElements {
 
-/// "rate" with "ntsc" and "timebase". Refused: null ("rate").
+/// "rate" with "ntsc" and "timebase" (unsigned, 64 bits). Refused: null ("rate").
 std::shared_ptr<PELElement> rateElementWithRate(const PELRate* rate);
 
-/// "timecode" with the rate, "frame" and "displayformat" ("DF" or "NDF"). Refused: null ("timecode").
+/// "timecode" with the rate, "frame" (unsigned, 64 bits) and "displayformat" ("DF" or "NDF"). Refused: null
+/// ("timecode").
 std::shared_ptr<PELElement> timecodeElementWithTimecode(const PELTimecode* timecode);
 /// The same, followed by an optional "source" and an optional reel.
 std::shared_ptr<PELElement> timecodeElementWithTimecode(const PELTimecode* timecode, std::string_view source,
@@ -27,7 +33,7 @@ std::shared_ptr<PELElement> timecodeElementWithTimecode(const PELTimecode* timec
 std::shared_ptr<PELElement> reelElementWithName(std::string_view name);
 
 struct Marker {
-    std::string_view name;
+    std::string_view name = {};
     std::string_view comment = {};
     const PELColor* color = nullptr;
     NSInteger inPoint = 0;   ///< frames
@@ -36,12 +42,13 @@ struct Marker {
 /// "marker" with name, optional comment and colour, "in" and "out". Refused: an empty name ("name").
 std::shared_ptr<PELElement> markerElementWithName(const Marker& marker);
 
-/// "color" with "red", "green", "blue", "alpha" from 0 to 255, truncated. Refused: null ("color").
+/// "color" with "red", "green", "blue", "alpha" from 0 to 255, truncated. A component outside 0 to 1 goes on in
+/// proportion, within 32 bits; one that is not a number is written 0. Refused: null ("color").
 std::shared_ptr<PELElement> colorElementWithColor(const PELColor* color);
 
 struct ClipItem {
     std::string_view identifier = {};
-    std::string_view name;
+    std::string_view name = {};
     NSInteger duration = 0; ///< frames
     const PELRate* rate = nullptr;
     NSInteger start = 0; ///< frames on the track, -1 beside a transition
@@ -63,7 +70,7 @@ bool fillFileElement(PELElement& element, const File& file);
 /// "file" with optional name and path URL, rate and duration, of the class `Self`.
 template <typename Self = PELElement> std::shared_ptr<Self> fileElementWithID(const File& file)
 {
-    auto element = Self::elementWithKeyIdentifier("file", file.identifier);
+    auto element = Self::elementWithKeyIdentifier(PELFileKey, file.identifier);
     return fillFileElement(*element, file) ? element : nullptr;
 }
 
@@ -110,11 +117,13 @@ std::shared_ptr<PELElement> trackElementWithClipItem(std::shared_ptr<PELElement>
 std::shared_ptr<PELElement> multiclipElementWithID(std::string_view identifier, std::string_view name,
                                                    const PELElements& angles);
 
-/// "angle" with a copy of `clip` (its identifier cleared), the media delay in frames on every clip item of the copy
-/// unless undefined, and a flag element for each flag that is set. Refused: null ("clip").
+/// "angle" with a copy of `clip` (its identifier cleared) and a flag element for each flag that is set. Unless
+/// undefined, the media delay in frames is added to the first clip item of the copy's picture
+/// ("media/video/track/clipitem") and to every clip item of every track of its sound. `clip` itself stays as it is.
+/// Refused: null ("clip").
 std::shared_ptr<PELElement> angleElementWithClip(const std::shared_ptr<PELElement>& clip, bool isActiveVideoAngle,
                                                  bool isActiveAudioAngle, NSInteger mediaDelay);
-/// "angle" with the flags and a reference to an existing clip. Refused: an empty identifier ("clipID").
+/// "angle" with the flags, then a reference to an existing clip. Refused: an empty identifier ("clipID").
 std::shared_ptr<PELElement> angleElementWithClipID(std::string_view clipID, bool isActiveVideoAngle,
                                                    bool isActiveAudioAngle);
 
@@ -125,15 +134,19 @@ struct LoggingInfo {
     std::string_view lognote = {};
     bool good = false;
 };
-/// "logginginfo" with what is given; null, without a log line, when nothing is.
+/// "logginginfo" with what is given, "good" only when set; null, without a log line, when nothing is.
 std::shared_ptr<PELElement> loggingInfoElementWithDescription(const LoggingInfo& info);
+/// The same with a scene and a take alone.
 std::shared_ptr<PELElement> loggingInfoElementWithScene(std::string_view scene, std::string_view shottake);
 
-/// Appends a leaf under the receiver's "labels", which is made when missing. False on a leaf and for an empty label.
+/// Appends a leaf under the receiver's "labels", which is made when missing. False, and nothing added, on a leaf and
+/// for an empty label.
 bool addLabelForLabelKey(PELElement& receiver, std::string_view label, std::string_view key);
+/// Under "label", the colour label; and under "label2".
 bool addLabel(PELElement& receiver, std::string_view label);
 bool addLabel2(PELElement& receiver, std::string_view label);
-/// The same under "comments", for the keys "mastercomment1" to "mastercomment4", "clipcommenta" and "clipcommentb".
+/// The same under "comments". False, and nothing added, also for any key but "mastercomment1" to "mastercomment4",
+/// "clipcommenta" and "clipcommentb".
 bool addCommentForCommentKey(PELElement& receiver, std::string_view comment, std::string_view key);
 
 } // namespace zanfcp::CommonElements

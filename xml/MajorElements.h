@@ -1,5 +1,6 @@
 #pragma once
 
+#include "../platform/Integers.h"
 #include "../platform/PELValue.h"
 #include "../timecode/PELRate.h"
 #include "PELElement.h"

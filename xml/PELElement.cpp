@@ -2,17 +2,97 @@
 
 #include "platform/Format.h"
 #include "platform/Log.h"
+#include "xml/ElementPath.h"
+#include "xml/PELCoder.h"
 
+#include <typeinfo>
 #include <utility>
 
 namespace zanfcp {
 
+namespace {
+
+/// A list without its null entries: the children of an element are never null.
+PELElementValue withoutNulls(PELElementValue value)
+{
+    if (auto* list = std::get_if<PELElements>(&value))
+        for (std::size_t dropped = std::erase(*list, nullptr); dropped > 0; --dropped)
+            ZAN_LOG_ERROR("PELElement: Child is nil");
+    return value;
+}
+
+std::string textOf(const PELElementValue& value)
+{
+    const std::string* const text = std::get_if<std::string>(&value);
+    return text == nullptr ? std::string() : *text;
+}
+
+/// An empty text stands for an absent one.
+PELElementValue textOrAbsent(const std::string& text)
+{
+    return text.empty() ? PELElementValue{} : PELElementValue{text};
+}
+
+constexpr std::string_view kArchiveKey = "key";
+constexpr std::string_view kArchiveValue = "value";
+constexpr std::string_view kArchiveIdentifier = "identifier";
+
+constexpr std::size_t kFirstChildren = 4; ///< most containers have a name, a duration and a rate at the least
+
+} // namespace
+
 PELElement::PELElement(std::string_view key, PELElementValue value, std::string_view identifier)
-    : key_{key}, value_{std::move(value)}, identifier_{identifier}, canHaveChildren_{
-                                                                        !std::holds_alternative<std::string>(value_)}
+    : key_{key}, value_{withoutNulls(std::move(value))}, canHaveChildren_{!std::holds_alternative<std::string>(value_)}
+{
+    setIdentifier(identifier);
+}
+
+PELElement::PELElement(PELCoder& coder)
+    : PELElement(textOf(coder.decode(kArchiveKey)), coder.decode(kArchiveValue),
+                 textOf(coder.decode(kArchiveIdentifier)))
 {}
 
-PELElement::~PELElement() = default;
+void PELElement::encodeWithCoder(PELCoder& coder) const
+{
+    coder.encode(textOrAbsent(key()), kArchiveKey);
+    coder.encode(value_, kArchiveValue);
+    coder.encode(textOrAbsent(identifier()), kArchiveIdentifier);
+}
+
+PELElement::~PELElement()
+{
+    auto* const list = std::get_if<PELElements>(&value_);
+    if (list == nullptr || list->empty()) return;
+
+    // Children that die with this element give up their own children first, level by level: otherwise a deep tree
+    // would take one stack frame per level.
+    std::vector<PELElements> dying;
+    dying.push_back(std::move(*list));
+    while (!dying.empty()) {
+        const PELElements children = std::move(dying.back());
+        dying.pop_back();
+        for (const auto& child : children) {
+            auto* const below = std::get_if<PELElements>(&child->value_);
+            if (below != nullptr && !below->empty() && child.use_count() == 1) dying.push_back(std::move(*below));
+        }
+    }
+}
+
+const std::string& PELElement::identifier() const
+{
+    static const std::string none;
+    return identifier_ ? *identifier_ : none;
+}
+
+void PELElement::setIdentifier(std::string_view identifier)
+{
+    identifier_ = identifier.empty() ? nullptr : std::make_unique<std::string>(identifier);
+}
+
+void PELElement::setValue(PELElementValue value)
+{
+    value_ = withoutNulls(std::move(value));
+}
 
 std::string_view PELElement::stringValue() const
 {
@@ -35,8 +115,12 @@ std::shared_ptr<PELElement> PELElement::addChild(std::shared_ptr<PELElement> chi
         ZAN_LOG_ERROR("PELElement: Cannot add child: %s", child->description().c_str());
         return nullptr;
     }
-    if (!std::holds_alternative<PELElements>(value_)) value_ = PELElements{};
-    return std::get<PELElements>(value_).emplace_back(std::move(child));
+    auto* list = std::get_if<PELElements>(&value_);
+    if (list == nullptr) {
+        list = &value_.emplace<PELElements>();
+        list->reserve(kFirstChildren);
+    }
+    return list->emplace_back(std::move(child));
 }
 
 bool PELElement::addChildren(const PELElements& children)
@@ -93,46 +177,93 @@ std::shared_ptr<PELElement> PELElement::childNamed(std::string_view name)
     if (name.empty()) return shared_from_this();
     if (const PELElements* list = children())
         for (const auto& child : *list)
-            if (child->key_ == name) return child;
+            if (child->key() == name) return child;
     return nullptr;
 }
 
 std::shared_ptr<PELElement> PELElement::childAtPath(std::optional<std::string_view> path)
 {
     if (!path || !canHaveChildren_) return nullptr;
-    const std::size_t slash = path->find('/');
-    if (slash == std::string_view::npos) return childNamed(*path);
-    const auto child = childNamed(path->substr(0, slash));
-    return child ? child->childAtPath(path->substr(slash + 1)) : nullptr;
+    std::shared_ptr<PELElement> at = shared_from_this();
+    for (std::string_view rest = *path; at;) {
+        const std::size_t slash = rest.find('/');
+        at = at->childNamed(rest.substr(0, slash));
+        if (slash == std::string_view::npos) break;
+        rest.remove_prefix(slash + 1);
+    }
+    return at;
 }
 
 std::shared_ptr<PELElement> PELElement::childWithID(std::optional<std::string_view> identifier)
 {
-    if (!identifier || !canHaveChildren_) return nullptr;
-    if (identifier_ == *identifier) return shared_from_this();
-    if (const PELElements* list = children())
-        for (const auto& child : *list)
-            if (auto found = child->childWithID(identifier)) return found;
+    if (!identifier || identifier->empty() || !canHaveChildren_) return nullptr;
+    if (this->identifier() == *identifier) return shared_from_this();
+    ElementPath path{*this};
+    while (!path.empty()) {
+        const std::shared_ptr<PELElement>* const child = path.nextChild();
+        if (child == nullptr) {
+            path.ascend();
+        } else if ((*child)->canHaveChildren_) {
+            if ((*child)->identifier() == *identifier) return *child;
+            path.descend(**child);
+        }
+    }
     return nullptr;
 }
 
 std::shared_ptr<PELElement> PELElement::copy() const
 {
-    const PELElements* list = children();
-    if (list == nullptr) return makeSameClass(key_, canHaveChildren_ ? PELElements{} : value_, identifier_);
-    PELElements copies;
-    copies.reserve(list->size());
-    for (const auto& child : *list)
-        copies.push_back(child->copy());
-    return makeSameClass(key_, std::move(copies), identifier_);
+    if (!canHaveChildren_) return makeSameClass(key(), value_, identifier());
+
+    ElementPath path{*this};
+    std::vector<PELElements> copies(1); // of the children met so far, one list per level of the path
+    while (true) {
+        if (const std::shared_ptr<PELElement>* const child = path.nextChild()) {
+            const PELElement& element = **child;
+            // Classes of their own copy themselves; only plain containers are walked through here.
+            if (typeid(element) != typeid(PELElement) || element.children() == nullptr) {
+                copies.back().push_back(element.copy());
+            } else if (path.descend(element)) {
+                copies.emplace_back().reserve(element.children()->size());
+            }
+            continue;
+        }
+        const PELElement& done = path.element();
+        auto copied = done.makeSameClass(done.key(), std::move(copies.back()), done.identifier());
+        if (std::holds_alternative<std::string>(done.value_)) copied->value_ = done.value_;
+        copies.pop_back();
+        path.ascend();
+        if (path.empty()) return copied;
+        copies.back().push_back(std::move(copied));
+    }
 }
 
 std::string PELElement::description() const
 {
     const PELElements* list = std::get_if<PELElements>(&value_);
     const std::string shown = list == nullptr ? std::string(stringValue()) : format("%lu children", list->size());
-    return format("<%s: %p> key: \"%s\" value: \"%s\" identifier: \"%s\"", className(), static_cast<const void*>(this),
-                  key_.c_str(), shown.c_str(), identifier_.c_str());
+    return format("<%s: %p>", className(), static_cast<const void*>(this)) + " key: \"" + key() + "\" value: \"" +
+           shown + "\" identifier: \"" + identifier() + "\"";
+}
+
+bool PELElement::writeXML(const XMLSink& sink, XMLFormat format) const
+{
+    return writeXMLElement(*this, format, sink);
+}
+
+std::string PELElement::XMLDescription() const
+{
+    return xmlText(*this, XMLFormat::pretty);
+}
+
+std::string PELElement::XMLString() const
+{
+    return xmlText(*this, XMLFormat::plain);
+}
+
+XMLElementNode PELElement::XMLRepresentation() const
+{
+    return makeXMLElement(*this);
 }
 
 std::shared_ptr<PELElement> PELElement::makeSameClass(std::string_view key, PELElementValue value,

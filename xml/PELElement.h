@@ -1,7 +1,11 @@
 #pragma once
 
+#include "ElementName.h"
 #include "PELElementFactories.h"
+#include "XMLNode.h"
+#include "XMLWriter.h"
 
+#include <cstddef>
 #include <memory>
 #include <optional>
 #include <string>
@@ -11,6 +15,7 @@
 
 namespace zanfcp {
 
+class PELCoder;
 class PELElement;
 
 /// Children in document order. A child may hang under several parents.
@@ -19,28 +24,40 @@ using PELElements = std::vector<std::shared_ptr<PELElement>>;
 /// What an element holds: nothing yet, a text, or children.
 using PELElementValue = std::variant<std::monostate, std::string, PELElements>;
 
+/// Levels of containers below the element that is copied, searched or turned into XML. A container that lies deeper, or
+/// inside itself, is left out with one error line. (The usual tools read 256 levels, and 2048 when told to.)
+inline constexpr std::size_t kMaxElementDepth = 2048;
+
 /// One node of a document: a leaf with a text, or a container of child nodes. The only attribute is `id`.
 /// Whether it can have children is decided when it is made and never changes. Made by its class factories
 /// (see PELElementFactories) and held by std::shared_ptr. Not locked: a tree belongs to one thread.
+/// Trees may be nested to any depth without harm to the stack.
 class PELElement : public std::enable_shared_from_this<PELElement>, public PELElementFactories<PELElement> {
 public:
-    /// The designated initialiser. A list or an absent value makes a container, a text makes a leaf.
+    /// The designated initialiser. A list or an absent value makes a container, a text makes a leaf. Null entries of
+    /// a list are dropped, with one error line each.
     PELElement(std::string_view key, PELElementValue value, std::string_view identifier);
     PELElement() : PELElement({}, {}, {}) {}
+    /// Reads what encodeWithCoder() wrote. A list or an absent value makes a container.
+    explicit PELElement(PELCoder& coder);
     virtual ~PELElement();
     PELElement(const PELElement&) = delete;
     PELElement& operator=(const PELElement&) = delete;
 
-    const std::string& key() const { return key_; }
+    /// Empty for an element without a name, which is never written.
+    const std::string& key() const { return key_.text(); }
     void setKey(std::string_view key) { key_ = key; }
-    const std::string& identifier() const { return identifier_; }
-    void setIdentifier(std::string_view identifier) { identifier_ = identifier; }
+    /// The same, with what is known about it.
+    const ElementName& elementName() const { return key_; }
+    /// Written as the attribute `id`; empty for none.
+    const std::string& identifier() const;
+    void setIdentifier(std::string_view identifier);
     bool canHaveChildren() const { return canHaveChildren_; }
 
     const PELElementValue& value() const { return value_; }
     /// Replaces the content. The kind of the node stays: a text set on a container is kept as its value and written
     /// as text, children set on a leaf are kept but are not found, added to or written.
-    void setValue(PELElementValue value) { value_ = std::move(value); }
+    void setValue(PELElementValue value);
     /// The text of the value; empty for a list or an absent value.
     std::string_view stringValue() const;
     /// The children of a container, null for a leaf and for a container without any. Borrowed.
@@ -69,25 +86,44 @@ public:
     /// Names joined by "/", resolved from the receiver; a leading or trailing "/" is harmless. Null on a leaf, for an
     /// absent path and where a part is missing.
     std::shared_ptr<PELElement> childAtPath(std::optional<std::string_view> path);
-    /// The receiver, or the first container below it in document order, with this identifier. Leaves are never found.
+    /// The receiver, or the first container below it in document order, with this identifier. Leaves are never found,
+    /// and nothing has an empty identifier.
     std::shared_ptr<PELElement> childWithID(std::optional<std::string_view> identifier);
 
-    /// A deep copy of the receiver's class.
+    /// A deep copy of the receiver's class: children are copied each in its own way, and a child that hangs under
+    /// several parents becomes several.
     virtual std::shared_ptr<PELElement> copy() const;
 
     /// "<PELElement: 0x…> key: "name" value: "A001" identifier: """; children are counted, not listed.
     virtual std::string description() const;
 
+    /// Writes the key, the value and the identifier under "key", "value" and "identifier".
+    virtual void encodeWithCoder(PELCoder& coder) const;
+    /// The name of the class in descriptions and archives.
+    virtual const char* className() const { return "PELElement"; }
+
+    /// The element and all below it as nodes of libxml2. Null without a key, and, with one error line, for a key that
+    /// is no XML name; such children are left out likewise. Characters that XML cannot hold become U+FFFD, and one
+    /// line of the default level says where.
+    XMLElementNode XMLRepresentation() const;
+    /// The text of the same, written straight from the tree: UTF-8, and byte for byte what libxml2 prints for
+    /// XMLRepresentation(). Without a key nothing is written.
+    /// \return false when the sink stopped the writing
+    virtual bool writeXML(const XMLSink& sink, XMLFormat format = XMLFormat::pretty) const;
+    /// The text, indented, one element a line; empty for an element without a key.
+    std::string XMLDescription() const;
+    /// The text without blanks and line ends between the elements.
+    std::string XMLString() const;
+
 protected:
     /// A new node of the receiver's class.
     virtual std::shared_ptr<PELElement> makeSameClass(std::string_view key, PELElementValue value,
                                                       std::string_view identifier) const;
-    virtual const char* className() const { return "PELElement"; }
 
 private:
-    std::string key_;
+    ElementName key_;
+    std::unique_ptr<std::string> identifier_; ///< null for none, as most have none
     PELElementValue value_;
-    std::string identifier_;
     bool canHaveChildren_ = false;
 };
 

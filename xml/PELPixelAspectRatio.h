@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -22,20 +21,5 @@ enum class PELPixelAspectRatio : std::uint32_t {
 std::string NSStringFromPELPixelAspectRatio(PELPixelAspectRatio ratio);
 /// Exact match; notSet for any other text.
 PELPixelAspectRatio PELPixelAspectRatioFromString(std::string_view name);
-
-/// Which field of an interlaced picture comes first.
-enum class PELFieldDominance : std::uint32_t {
-    undecided = 0,
-    none = 1, ///< progressive
-    upper = 2,
-    lower = 3,
-};
-
-/// "none", "upper" or "lower"; nothing for any other value. For documents.
-std::optional<std::string> PEL_StringFromPELFieldDominance(PELFieldDominance dominance);
-/// The same names; "<unknown>" for any other value. For descriptions.
-std::string NSStringFromPELFieldDominance(PELFieldDominance dominance);
-/// Exact match; undecided for any other text.
-PELFieldDominance PELFieldDominanceFromString(std::string_view name);
 
 } // namespace zanfcp

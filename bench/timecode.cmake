@@ -1,0 +1,2 @@
+add_executable(bench_timecode timecode_bench.cpp)
+target_link_libraries(bench_timecode PRIVATE zanfcp zanfcp_warnings benchmark::benchmark)

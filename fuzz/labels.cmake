@@ -1,0 +1,1 @@
+zanfcp_fuzz_target(labels_file labels_file.cpp)

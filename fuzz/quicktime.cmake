@@ -1,0 +1,1 @@
+zanfcp_fuzz_target(quicktime_reader quicktime_reader.cpp)

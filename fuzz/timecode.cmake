@@ -1,0 +1,1 @@
+zanfcp_fuzz_target(timecode_parser timecode_parser.cpp)

@@ -1,0 +1,194 @@
+#include "platform/AtomicFile.h"
+
+#include "tests/support/TempFolder.h"
+
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <thread>
+#include <unistd.h>
+#include <vector>
+
+namespace zanfcp {
+namespace {
+
+namespace fs = std::filesystem;
+using test::readFile;
+using test::TempFolder;
+
+std::vector<std::string> namesIn(const fs::path& folder)
+{
+    std::vector<std::string> names;
+    for (const auto& entry : fs::directory_iterator(folder))
+        names.push_back(entry.path().filename().string());
+    return names;
+}
+
+void writeWhole(const std::string& path, std::string_view text)
+{
+    auto file = AtomicFile::create(path);
+    ASSERT_TRUE(file) << file.error().text();
+    ASSERT_TRUE(file->write(text));
+    const Status done = file->commit();
+    ASSERT_TRUE(done) << done.error().text();
+}
+
+mode_t modeOf(const std::string& path)
+{
+    struct stat info {};
+    EXPECT_EQ(::stat(path.c_str(), &info), 0);
+    return info.st_mode & 07777U;
+}
+
+TEST(AtomicFile, AppearsOnlyWithCommit)
+{
+    const TempFolder folder;
+    const std::string path = folder.file("show.xml");
+    {
+        auto file = AtomicFile::create(path);
+        ASSERT_TRUE(file);
+        ASSERT_TRUE(file->write("half"));
+        EXPECT_FALSE(fs::exists(path));
+    }
+    EXPECT_TRUE(namesIn(folder.path()).empty()) << "nothing stays without commit";
+
+    writeWhole(path, "whole");
+    EXPECT_EQ(readFile(path), "whole");
+    EXPECT_EQ(namesIn(folder.path()).size(), 1U);
+}
+
+TEST(AtomicFile, OldContentStaysWithoutCommit)
+{
+    const TempFolder folder;
+    const std::string path = folder.write("show.xml", "old");
+    {
+        auto file = AtomicFile::create(path);
+        ASSERT_TRUE(file);
+        ASSERT_TRUE(file->write("new"));
+    }
+    EXPECT_EQ(readFile(path), "old");
+    EXPECT_EQ(namesIn(folder.path()).size(), 1U);
+}
+
+TEST(AtomicFile, MovedFileIsFinishedOnce)
+{
+    const TempFolder folder;
+    auto first = AtomicFile::create(folder.file("a"));
+    ASSERT_TRUE(first);
+    {
+        AtomicFile second = std::move(*first);
+        ASSERT_TRUE(second.write("x"));
+        ASSERT_TRUE(second.commit());
+    }
+    EXPECT_EQ(readFile(folder.file("a")), "x");
+}
+
+TEST(AtomicFile, ModeOfTheReplacedFileIsKept)
+{
+    const TempFolder folder;
+    const std::string path = folder.write("show.xml", "old");
+    ASSERT_EQ(::chmod(path.c_str(), 0640), 0);
+    writeWhole(path, "new");
+    EXPECT_EQ(modeOf(path), 0640U);
+
+    const mode_t before = ::umask(027);
+    writeWhole(folder.file("fresh.xml"), "new");
+    ::umask(before);
+    EXPECT_EQ(modeOf(folder.file("fresh.xml")), 0640U) << "a new one follows the umask";
+}
+
+TEST(AtomicFile, SymbolicLinksAreFollowed)
+{
+    const TempFolder folder;
+    const std::string target = folder.write("store/show.xml", "old");
+    fs::create_symlink("store/show.xml", folder.path() / "link");
+    fs::create_symlink("link", folder.path() / "link to link");
+    fs::create_symlink("store/later.xml", folder.path() / "dangling");
+    for (const char* name : {"link", "link to link"}) {
+        writeWhole(folder.file(name), name);
+        EXPECT_EQ(readFile(target), name);
+        EXPECT_TRUE(fs::is_symlink(folder.path() / name));
+    }
+    writeWhole(folder.file("dangling"), "new");
+    EXPECT_TRUE(fs::is_symlink(folder.path() / "dangling"));
+    EXPECT_EQ(readFile(folder.file("store/later.xml")), "new");
+
+    fs::create_symlink("circle", folder.path() / "circle");
+    EXPECT_FALSE(AtomicFile::create(folder.file("circle")));
+}
+
+TEST(AtomicFile, LongNamesLeaveRoomForTheTemporaryOne)
+{
+    const TempFolder folder;
+    const std::string path = folder.file(std::string(255, 'n'));
+    writeWhole(path, "x");
+    EXPECT_EQ(readFile(path), "x");
+}
+
+TEST(AtomicFile, DevicesAndPipesAreWrittenInPlace)
+{
+    writeWhole("/dev/null", "gone");
+    EXPECT_TRUE(fs::is_character_file("/dev/null"));
+
+    const TempFolder folder;
+    const std::string pipe = folder.file("pipe");
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    std::string received;
+    std::thread reader([&] { received = readFile(pipe); });
+    writeWhole(pipe, "through the pipe");
+    reader.join();
+    EXPECT_EQ(received, "through the pipe");
+    EXPECT_TRUE(fs::is_fifo(pipe));
+}
+
+TEST(AtomicFile, SaysWhyItCannotBeMade)
+{
+    const TempFolder folder;
+    const std::string file = folder.write("file", "x");
+    struct Case {
+        std::string path;
+        Fault fault;
+    };
+    const Case cases[] = {{folder.file("no/such/folder.xml"), Fault::notFound},
+                          {file + "/below.xml", Fault::notFound},
+                          {folder.path().string(), Fault::io},
+                          {"", Fault::notFound}};
+    for (const Case& c : cases) {
+        const auto made = AtomicFile::create(c.path);
+        ASSERT_FALSE(made) << c.path;
+        EXPECT_EQ(made.error().fault, c.fault) << c.path;
+        EXPECT_NE(made.error().what.find(c.path), std::string::npos);
+    }
+}
+
+TEST(AtomicFile, ReadOnlyPlacesRefuse)
+{
+    const TempFolder folder;
+    ASSERT_EQ(::chmod(folder.path().c_str(), 0755), 0);
+    const std::string file = folder.write("file", "old");
+    ASSERT_EQ(::chmod(file.c_str(), 0444), 0);
+    ASSERT_EQ(::chmod(folder.path().c_str(), 0555), 0);
+    // The superuser may write anywhere: another process, of another user, tries.
+    const auto refused = [](const std::string& path) {
+        if (::getuid() == 0 && ::setuid(65534) != 0) ::_exit(2);
+        const auto made = AtomicFile::create(path);
+        ::_exit(made ? 1 : made.error().fault == Fault::io ? 0 : 3);
+    };
+    EXPECT_EXIT(refused(file), testing::ExitedWithCode(0), "");
+    EXPECT_EXIT(refused(folder.file("new")), testing::ExitedWithCode(0), "");
+    ASSERT_EQ(::chmod(folder.path().c_str(), 0777), 0);
+    EXPECT_EXIT(refused(file), testing::ExitedWithCode(0), "") << "a file that forbids writing is not replaced";
+    EXPECT_EQ(readFile(file), "old");
+}
+
+TEST(AtomicFile, FullDeviceIsAnError)
+{
+    auto file = AtomicFile::create("/dev/full");
+    ASSERT_TRUE(file);
+    const Status written = file->write("x");
+    ASSERT_FALSE(written);
+    EXPECT_EQ(written.error().fault, Fault::io);
+}
+
+} // namespace
+} // namespace zanfcp

@@ -1,0 +1,85 @@
+#include "xml/Validation.h"
+
+#include "platform/ChildProcess.h"
+#include "platform/Format.h"
+#include "xml/XMLText.h"
+
+#include <dlfcn.h>
+#include <filesystem>
+#include <system_error>
+#include <utility>
+
+namespace zanfcp {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr NSInteger kNotFound = 1;
+constexpr NSInteger kNotStarted = 127; ///< the status a shell gives for a program that it cannot start
+
+bool fail(ValidationError* error, ValidationError reason)
+{
+    if (error != nullptr) *error = std::move(reason);
+    return false;
+}
+
+/// The folder of the shared library that holds this code, or of the program where it is linked in.
+fs::path ownFolder()
+{
+    static constexpr char kHere = 0; // any address of our own
+    std::error_code none;
+    Dl_info info{};
+    if (::dladdr(&kHere, &info) != 0 && info.dli_fname != nullptr && info.dli_fname[0] == '/')
+        return fs::canonical(info.dli_fname, none).parent_path();
+    return fs::canonical("/proc/self/exe", none).parent_path(); // a program is known by the name it was called with
+}
+
+bool isFile(const fs::path& path)
+{
+    std::error_code none;
+    return !path.empty() && fs::is_regular_file(path, none);
+}
+
+void keepText(std::map<std::string, std::string>& info, const char* key, const std::string& text)
+{
+    if (isUtf8(text)) info.emplace(key, text);
+}
+
+} // namespace
+
+std::string installedDTD()
+{
+    constexpr int kFoldersAbove = 3; // lib/<architecture>/ and bin/ lie beside share/
+    fs::path folder = ownFolder();
+    for (int above = 0; above <= kFoldersAbove && !folder.empty(); ++above, folder = folder.parent_path())
+        if (fs::path place = folder / "share" / "zanfcp" / "FCPXMLv5.dtd"; isFile(place)) return place.string();
+    return {};
+}
+
+bool validateDocument(const std::string& xmllint, const std::string& dtd, std::string_view document,
+                      ValidationError* error)
+{
+    if (!isFile(dtd))
+        return fail(error, {.domain = std::string(kGeneralErrorDomain),
+                            .code = kNotFound,
+                            .localizedDescription = "The DTD to validate against was not found",
+                            .userInfo = {}});
+
+    const Result<ChildResult> run = runChildProcess(xmllint, {"--noout", "--dtdvalid", dtd, "-"}, document);
+    if (!run)
+        return fail(error, {.domain = std::string(kXmllintErrorDomain),
+                            .code = kNotStarted,
+                            .localizedDescription = "The validator did not run: " + run.error().what,
+                            .userInfo = {}});
+    if (run->standardError.empty() && run->standardOutput.empty()) return true;
+
+    ValidationError reason{.domain = std::string(kXmllintErrorDomain),
+                           .code = run->exitStatus,
+                           .localizedDescription = format("The document is not valid (xmllint %d)", run->exitStatus),
+                           .userInfo = {}};
+    keepText(reason.userInfo, "stdErr", run->standardError);
+    keepText(reason.userInfo, "stdOut", run->standardOutput);
+    return fail(error, std::move(reason));
+}
+
+} // namespace zanfcp

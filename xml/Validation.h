@@ -1,0 +1,38 @@
+#pragma once
+
+#include "../platform/Integers.h"
+
+#include <map>
+#include <string>
+#include <string_view>
+
+namespace zanfcp {
+
+/// The domain of errors that come from no tool.
+inline constexpr std::string_view kGeneralErrorDomain = "NSCocoaErrorDomain";
+/// The domain of errors that the validator found, or that kept it from running.
+inline constexpr std::string_view kXmllintErrorDomain = "xmllint";
+
+/// Why a document is not valid, or could not be checked.
+struct ValidationError {
+    std::string domain;                          ///< kGeneralErrorDomain or kXmllintErrorDomain
+    NSInteger code = 0;                          ///< 1 without a definition; else the exit status of the validator
+    std::string localizedDescription;            ///< one sentence for a person
+    std::map<std::string, std::string> userInfo; ///< "stdErr" and "stdOut": what the validator printed; without an
+                                                 ///< entry for what is no UTF-8
+};
+
+/// Runs the validator over the text of a document.
+/// \param xmllint   path of the tool
+/// \param dtd       path of the document type definition; the tool is not started when there is no such file
+/// \param document  borrowed for the call
+/// \param error     filled in on failure, else left alone; may be null
+/// \return true when the tool printed nothing at all; its exit status does not matter then
+bool validateDocument(const std::string& xmllint, const std::string& dtd, std::string_view document,
+                      ValidationError* error);
+
+/// The installed document type definition, looked for in "share/zanfcp" beside this library or program and up to three
+/// folders above it. Empty when it is in none of them.
+std::string installedDTD();
+
+} // namespace zanfcp

@@ -1,0 +1,108 @@
+#include "xml/XMLNode.h"
+
+#include "platform/Log.h"
+#include "xml/ElementPath.h"
+#include "xml/XMLText.h"
+
+#include <libxml/parser.h>
+#include <libxml/tree.h>
+#include <new>
+#include <string>
+#include <string_view>
+
+namespace zanfcp {
+namespace {
+
+constexpr std::string_view kSkeleton =
+    R"(<?xml version="1.0" encoding="UTF-8"?><!DOCTYPE xmeml><xmeml version="5"></xmeml>)";
+
+constexpr int kNoStandaloneDeclaration = -1; ///< what libxml2 keeps for a declaration that does not say "yes"
+
+const xmlChar* toXml(const char* text)
+{
+    return reinterpret_cast<const xmlChar*>(text);
+}
+
+const xmlChar* toXml(const std::string& text)
+{
+    return toXml(text.c_str());
+}
+
+/// libxml2 answers with null when there is no memory left, and only then.
+template <typename T> T* made(T* thing)
+{
+    if (thing == nullptr) throw std::bad_alloc{};
+    return thing;
+}
+
+/// Makes the node of one element, with its attribute and text but without children, below `parent` (null for the first
+/// node of a document). `path` leads to the element or to its parent.
+xmlNode* makeNode(xmlDoc* document, xmlNode* parent, const PELElement& element, const ElementPath& path)
+{
+    xmlNode* const node = made(xmlNewDocNode(document, nullptr, toXml(element.key()), nullptr));
+    if (parent == nullptr)
+        xmlDocSetRootElement(document, node);
+    else
+        xmlAddChild(parent, node);
+
+    std::size_t replaced = 0;
+    if (!element.identifier().empty()) {
+        const XMLCleanText identifier = cleanXmlText(element.identifier());
+        made(xmlNewProp(node, toXml("id"), toXml(identifier.text)));
+        replaced = identifier.replaced;
+    }
+    if (!element.stringValue().empty()) {
+        const XMLCleanText text = cleanXmlText(element.stringValue());
+        xmlAddChild(node, made(xmlNewDocText(document, toXml(text.text))));
+        replaced += text.replaced;
+    }
+    logReplacedCharacters(replaced, path, element);
+    return node;
+}
+
+/// Makes the nodes of everything below the top of `path`, which `node` stands for.
+void makeChildren(xmlNode* node, ElementPath& path)
+{
+    while (!path.empty()) {
+        if (const std::shared_ptr<PELElement>* const child = path.nextXMLChild()) {
+            const PELElement& element = **child;
+            if (element.children() == nullptr)
+                makeNode(node->doc, node, element, path);
+            else if (path.descend(element))
+                node = makeNode(node->doc, node, element, path);
+        } else {
+            path.ascend();
+            node = node->parent;
+        }
+    }
+}
+
+} // namespace
+
+void XMLDocumentDeleter::operator()(_xmlDoc* document) const
+{
+    xmlFreeDoc(document);
+}
+
+XMLElementNode makeXMLElement(const PELElement& element)
+{
+    if (!hasXMLName(element)) return {};
+    XMLDocument document{made(xmlNewDoc(toXml("1.0")))};
+    document->encoding = made(xmlStrdup(toXml("UTF-8")));
+    ElementPath path{element};
+    xmlNode* const node = makeNode(document.get(), nullptr, element, path);
+    makeChildren(node, path);
+    return {std::move(document), node};
+}
+
+XMLDocument makeXMLDocument(const PELElement& root)
+{
+    XMLDocument document{
+        made(xmlReadMemory(kSkeleton.data(), static_cast<int>(kSkeleton.size()), nullptr, nullptr, XML_PARSE_NONET))};
+    document->standalone = kNoStandaloneDeclaration;
+    ElementPath path{root};
+    makeChildren(xmlDocGetRootElement(document.get()), path);
+    return document;
+}
+
+} // namespace zanfcp

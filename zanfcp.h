@@ -1,0 +1,18 @@
+#pragma once
+
+/// Everything a host program needs: read media files, build a project, write and validate the document.
+
+#include "media/PELFileElement.h"
+#include "media/PELMovieProperties.h"
+#include "platform/FileURL.h"
+#include "platform/Log.h"
+#include "platform/PELValue.h"
+#include "project/Options.h"
+#include "project/ProjectRoot.h"
+#include "timecode/PELTimecodeObject.h"
+#include "timecode/ZANFCPTimecode.h"
+#include "xml/CommonElements.h"
+#include "xml/Labels.h"
+#include "xml/MajorElements.h"
+#include "xml/PELElement.h"
+#include "xml/PELRootElement.h"
