@@ -66,20 +66,20 @@ bool PEL_IsInterlaced(const PELMovieProperties& properties)
 
 std::string NSStringFromPELCodecProperties(const PELCodecProperties& codec)
 {
-    std::string text = "name: " + std::string(fixedText(codec.name));
-    text += ", typeName: " + std::string(fixedText(codec.typeName));
-    text += ", typeCode: " + ZANFCPAdditions::stringWithFourCharCode(codec.typeCode);
-    text += ", vendorCode: " + codec.vendorCode.value_or("(null)");
+    std::string text = "name: ";
+    text.append(fixedText(codec.name)).append(", typeName: ").append(fixedText(codec.typeName));
+    text.append(", typeCode: ").append(ZANFCPAdditions::stringWithFourCharCode(codec.typeCode));
+    text.append(", vendorCode: ").append(codec.vendorCode.value_or("(null)"));
     text += format(", spatialQuality: %i, temporalQuality: %i, keyframeRate: %i, dataRate: %i", codec.spatialQuality,
                    codec.temporalQuality, codec.keyframeRate, codec.dataRate);
-    return text + ", fieldDominance: " + NSStringFromPELFieldDominance(codec.fieldDominance);
+    return text.append(", fieldDominance: ").append(NSStringFromPELFieldDominance(codec.fieldDominance));
 }
 
 std::string NSStringFromPELMovieProperties(const PELMovieProperties& properties)
 {
     std::string text = " \t\t\t{";
     const auto line = [&text](const char* label, const std::string& value) {
-        text += std::string("\n\t\t\t\t") + label + ": " + value + " ";
+        text.append("\n\t\t\t\t").append(label).append(": ").append(value).append(" ");
     };
     const auto number = [](auto value) { return std::to_string(int32(value)); };
     const auto flag = [](bool value) { return std::string(value ? "1" : "0"); };
@@ -88,7 +88,7 @@ std::string NSStringFromPELMovieProperties(const PELMovieProperties& properties)
     line("pixelAspectRatio", NSStringFromPELPixelAspectRatio(properties.pixelAspectRatio));
     line("anamorphic", flag(properties.anamorphic));
     line("duration", number(properties.duration));
-    line("videoCodec", "{" + NSStringFromPELCodecProperties(properties.videoCodec) + "}");
+    line("videoCodec", std::string("{").append(NSStringFromPELCodecProperties(properties.videoCodec)).append("}"));
     line("hasAudio", flag(properties.hasAudio));
     line("audioSampleRate", number(properties.audioSampleRate));
     line("audioBitDepth", number(properties.audioBitDepth));

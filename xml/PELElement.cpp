@@ -64,8 +64,16 @@ PELElement::~PELElement()
     auto* const list = std::get_if<PELElements>(&value_);
     if (list == nullptr || list->empty()) return;
 
-    // Children that die with this element give up their own children first, level by level: otherwise a deep tree
-    // would take one stack frame per level.
+    // Children mostly die inside their parent's destructor, which is the fastest way. Below a depth that no document
+    // reaches they first give up their own children, level by level, so that no tree is too deep for the stack.
+    constexpr int kMostFrames = 64;
+    static thread_local int frames = 0;
+    if (frames < kMostFrames) {
+        ++frames;
+        list->clear();
+        --frames;
+        return;
+    }
     std::vector<PELElements> dying;
     dying.push_back(std::move(*list));
     while (!dying.empty()) {
@@ -174,7 +182,7 @@ std::shared_ptr<PELElement> PELElement::addChildWithKeyAtPath(std::string_view k
 std::shared_ptr<PELElement> PELElement::childNamed(std::string_view name)
 {
     if (!canHaveChildren_) return nullptr;
-    if (name.empty()) return shared_from_this();
+    if (name.empty()) return weak_from_this().lock();
     if (const PELElements* list = children())
         for (const auto& child : *list)
             if (child->key() == name) return child;
@@ -184,20 +192,26 @@ std::shared_ptr<PELElement> PELElement::childNamed(std::string_view name)
 std::shared_ptr<PELElement> PELElement::childAtPath(std::optional<std::string_view> path)
 {
     if (!path || !canHaveChildren_) return nullptr;
-    std::shared_ptr<PELElement> at = shared_from_this();
-    for (std::string_view rest = *path; at;) {
+    std::shared_ptr<PELElement> found = weak_from_this().lock();
+    PELElement* at = this;
+    for (std::string_view rest = *path;;) {
         const std::size_t slash = rest.find('/');
-        at = at->childNamed(rest.substr(0, slash));
-        if (slash == std::string_view::npos) break;
+        const std::string_view name = rest.substr(0, slash);
+        if (!at->canHaveChildren_) return nullptr;
+        if (!name.empty()) { // an empty name is the element itself
+            found = at->childNamed(name);
+            if (!found) return nullptr;
+            at = found.get();
+        }
+        if (slash == std::string_view::npos) return found;
         rest.remove_prefix(slash + 1);
     }
-    return at;
 }
 
 std::shared_ptr<PELElement> PELElement::childWithID(std::optional<std::string_view> identifier)
 {
     if (!identifier || identifier->empty() || !canHaveChildren_) return nullptr;
-    if (this->identifier() == *identifier) return shared_from_this();
+    if (this->identifier() == *identifier) return weak_from_this().lock();
     ElementPath path{*this};
     while (!path.empty()) {
         const std::shared_ptr<PELElement>* const child = path.nextChild();

@@ -101,8 +101,9 @@ void CPartitionScanner::ReadMetadata()
     for (int i = 0; i < kMaxFillsInARow && EnsureProbe(at + SKlvHeader::kProbeSize); ++i) {
         SKlvHeader fill;
         if (fill.Parse(std::span{probe_}.subspan(at)) != kSuccess || !Keys::IsFill(fill.key)) break;
-        if (fill.IsIndefinite() || fill.TotalSize() > static_cast<std::int64_t>(kMaxHeaderMetadataBytes)) break;
-        at += static_cast<std::size_t>(fill.TotalSize());
+        const auto size = static_cast<std::uint64_t>(fill.TotalSize());
+        if (fill.IsIndefinite() || size > kMaxHeaderMetadataBytes || at + size > kMaxHeaderMetadataBytes) break;
+        at += size;
     }
     const std::size_t end =
         at + static_cast<std::size_t>(std::min<std::uint64_t>(pack.extent.headerByteCount, kMaxHeaderMetadataBytes));

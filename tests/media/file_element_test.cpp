@@ -157,6 +157,39 @@ TEST(FileElement, DescriptionAddsNameOffsetDelayAndProperties)
     EXPECT_EQ(text.substr(text.size() - end.size()), end);
 }
 
+TEST(FileElement, SampleRecordingIsReadAndLinedUp)
+{
+    std::vector<FileURL> urls;
+    for (const char* name : {"CAM_A.mov", "CAM_B.mov", "CAM_C.mov", "SOUND.mov"})
+        urls.push_back(FileURL::fileURLWithPath(std::string(ZANFCP_SAMPLES_FOLDER "/") + name));
+    const PELFileElements files =
+        PELFileElement::fileElementsWithURLs(urls, {{std::string(PELMeasureSoundFiles), true}});
+    ASSERT_EQ(files.size(), 4u);
+    struct Case { // as samples/make_samples.sh has it
+        const char *name, *start, *reel;
+        NSInteger duration, offset;
+        Strings media;
+    };
+    const Case cases[] = {
+        {"CAM_A.mov", "10:00:00:05", "A001", 100, 5, {"video", "audio"}},
+        {"CAM_B.mov", "10:00:00:10", "B001", 85, 0, {"video", "audio"}},
+        {"CAM_C.mov", "10:00:00:00", "C001", 95, 10, {"video", "audio"}},
+        {"SOUND.mov", "10:00:00:00", "SND1", 100, 10, {"audio", "audio"}},
+    };
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        SCOPED_TRACE(cases[i].name);
+        EXPECT_EQ(files[i]->name(), cases[i].name);
+        EXPECT_STREQ(files[i]->movieProperties().timecode.string.data(), cases[i].start);
+        EXPECT_EQ(textAt(files[i], "timecode/reel/name"), cases[i].reel);
+        EXPECT_EQ(textAt(files[i], "duration"), std::to_string(cases[i].duration));
+        EXPECT_EQ(files[i]->offset(), cases[i].offset);
+        EXPECT_EQ(outlineAt(files[i], "media"), cases[i].media);
+        test::expectValid({files[i]}, "clip");
+    }
+    EXPECT_EQ(PELGetSequenceDurationForFileElements(files), 85); // 10:00:00:10 to the last frame of B and C
+    EXPECT_EQ(PELGetMulticlipDurationOfFileElements(files), 105);
+}
+
 struct Span {
     NSInteger start;
     NSInteger duration;

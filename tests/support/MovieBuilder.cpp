@@ -33,14 +33,15 @@ Bytes sampleTable(const MovieTrack& track)
         for (const std::uint32_t size : track.sizes)
             sizes.u32(size);
     Bytes offsets = tableHead(track.offsets.size());
-    for (const std::uint32_t offset : track.offsets)
-        offsets.u32(offset);
+    for (const std::uint64_t offset : track.offsets)
+        track.hasLongOffsets ? offsets.u64(offset) : offsets.u32(static_cast<std::uint32_t>(offset));
     return atom("stbl", Bytes{}
                             .add(atom("stsd", descriptions))
                             .add(atom("stts", times))
+                            .add(track.otherTables)
                             .add(atom("stsc", chunks))
                             .add(atom("stsz", sizes))
-                            .add(atom("stco", offsets)));
+                            .add(atom(track.hasLongOffsets ? "co64" : "stco", offsets)));
 }
 
 } // namespace

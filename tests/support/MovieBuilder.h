@@ -64,10 +64,12 @@ struct MovieTrack {
     std::uint32_t commonSize = 0;                                               ///< bytes; 0: `sizes`
     std::vector<std::uint32_t> sizes = std::vector<std::uint32_t>(100, 40);
     std::vector<std::array<std::uint32_t, 3>> chunks = {{1, 100, 1}};
-    std::vector<std::uint32_t> offsets = {28};
-    Bytes editList = {};              ///< an 'elst' atom
-    Bytes afterMedia = {};            ///< atoms at the end of the track
-    std::uint32_t referenceFlags = 1; ///< 1: data lies in the same file
+    std::vector<std::uint64_t> offsets = {28}; ///< of the chunks
+    bool hasLongOffsets = false;               ///< written as 'co64'
+    Bytes otherTables = {};                    ///< atoms behind the times
+    Bytes editList = {};                       ///< an 'elst' atom
+    Bytes afterMedia = {};                     ///< atoms at the end of the track
+    std::uint32_t referenceFlags = 1;          ///< 1: data lies in the same file
 };
 /// A sound track of four seconds at 48 kHz.
 MovieTrack soundTrack(const Bytes& description = soundEntry({}));

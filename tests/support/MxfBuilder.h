@@ -6,7 +6,8 @@
 #include <utility>
 #include <vector>
 
-namespace zanfcp::test {
+/// MXF files, written byte by byte.
+namespace TamrelMxf::test {
 
 using Bytes = std::vector<std::uint8_t>;
 
@@ -47,8 +48,8 @@ public:
         std::uint32_t bodySID = 0;
         std::uint64_t bodyOffset = 0;
         std::uint32_t indexSID = 0;
-        Bytes metadata = {};       ///< counted as header metadata
-        Bytes index = {};          ///< counted as index table
+        Bytes metadata = {};  ///< counted as header metadata
+        Bytes index = {};     ///< counted as index table
         std::size_t fill = 0; ///< bytes of fill between pack and metadata, 0 or at least 20
         std::vector<Bytes> containers = {};
     };
@@ -141,4 +142,4 @@ inline Bytes klvBytes(const Bytes& key, std::size_t valueSize, std::uint8_t cont
     return MxfBuilder{}.klv(key, Bytes(valueSize, content)).bytes;
 }
 
-} // namespace zanfcp::test
+} // namespace TamrelMxf::test

@@ -185,6 +185,15 @@ TEST(Element, PathFindsWhatItNames)
     EXPECT_EQ(root->childNamed("project/children"), nullptr);
 }
 
+TEST(Element, ElementThatNothingOwnsStillFindsItsChildren)
+{
+    PELRootElement root;
+    const auto bin = root.addChildWithKey("bin", {});
+    EXPECT_EQ(root.childAtPath("/bin"), bin);
+    EXPECT_EQ(root.childAtPath("/"), nullptr); // itself, which nobody can share
+    EXPECT_EQ(root.childNamed(""), nullptr);
+}
+
 TEST(Element, ChildAtPathIsReturnedEvenWhereItWasRefused)
 {
     const LogCapture log;

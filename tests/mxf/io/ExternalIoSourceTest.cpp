@@ -65,7 +65,8 @@ TEST(ExternalIoSource, ModeFollowsFromTheMembersThatAreSet)
     const Case cases[] = {
         {"all callbacks", [](external_io&, MemorySource&) {}, true},
         {"no write callback", [](external_io& io, MemorySource&) { io.write = nullptr; }, true},
-        {"no context", [](external_io& io, MemorySource&) { io.context = nullptr, io.seek = nullptr; }, false},
+        {"neither context nor seek", [](external_io& io, MemorySource&) { io.context = nullptr, io.seek = nullptr; },
+         false},
         {"no open", [](external_io& io, MemorySource&) { io.open = nullptr; }, false},
         {"no seek", [](external_io& io, MemorySource&) { io.seek = nullptr; }, false},
         {"no read", [](external_io& io, MemorySource&) { io.read = nullptr; }, false},

@@ -9,7 +9,8 @@
 namespace {
 
 using namespace TamrelMxf;
-using namespace zanfcp::test;
+using namespace TamrelMxf::test;
+using zanfcp::test::RecordingSnitcher;
 
 TEST(KlvSearch, SkipsToTheNextThreeBytesOfAKeyAndReportsTheRange)
 {

@@ -10,7 +10,8 @@
 namespace {
 
 using namespace TamrelMxf;
-using namespace zanfcp::test;
+using namespace TamrelMxf::test;
+using zanfcp::test::MemorySource;
 
 /// A picture key, these length bytes, and `valueSize` bytes counting up from 1.
 Bytes klvWith(std::initializer_list<std::uint8_t> lengthField, std::size_t valueSize)

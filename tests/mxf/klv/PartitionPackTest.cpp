@@ -10,7 +10,7 @@
 namespace {
 
 using namespace TamrelMxf;
-using namespace zanfcp::test;
+using namespace TamrelMxf::test;
 
 const Bytes kWaveLabel = ulOf(0x060E2B3404010101, 0x0D01030102060100);
 const Bytes kUnknownLabel = ulOf(0x060E2B3404010101, 0x0D010301027E7E7E);

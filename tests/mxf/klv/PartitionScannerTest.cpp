@@ -16,9 +16,12 @@
 namespace {
 
 using namespace TamrelMxf;
-using namespace zanfcp::test;
+using namespace TamrelMxf::test;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using zanfcp::test::FakeClock;
+using zanfcp::test::MemorySource;
+using zanfcp::test::RecordingSnitcher;
 
 /// Notes what the scanner hands on.
 class Client final : public CPartitionClient {

@@ -12,8 +12,9 @@
 namespace {
 
 using namespace TamrelMxf;
-using namespace zanfcp::test;
+using namespace TamrelMxf::test;
 using testing::ElementsAre;
+using zanfcp::test::MemorySource;
 
 using Entries = std::vector<std::pair<std::uint32_t, std::uint64_t>>;
 
