@@ -19,7 +19,7 @@ int main(int argc, char** argv)
         std::fprintf(stderr, "no project: status %d\n", status);
         return 1;
     }
-    PELValidationError error;
+    ValidationError error;
     if (!root->validateAndReturnError(&error)) {
         std::fprintf(stderr, "not valid: %s\n", error.localizedDescription.c_str());
         return 1;

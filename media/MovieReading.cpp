@@ -1,9 +1,11 @@
 #include "media/MovieReading.h"
 
+#include "platform/ByteReader.h"
 #include "platform/Log.h"
 #include "timecode/PELTimecodeObject.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 

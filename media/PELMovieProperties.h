@@ -52,7 +52,7 @@ struct PELMovieProperties {
 
 /// Key of the options dictionary, boolean: a file without picture gets its duration from the length of the asset at
 /// the real rate of its timecode track, truncated to frames. Without it such a file has duration 0.
-inline constexpr std::string_view PELMeasureSoundFiles = "measureSoundFiles";
+inline constexpr char PELMeasureSoundFiles[] = "measureSoundFiles";
 
 /// Fills `properties` (zeroed first) from the file at `url`, chosen by its extension, case-sensitively: "mov".
 /// \param options  only "interlaced" and "measureSoundFiles" are read

@@ -14,7 +14,7 @@ constexpr std::size_t kMaxPlace = 512; ///< bytes of a path in a log line
 std::string place(const PELElement& element)
 {
     // Only the root of a document has no key of its own.
-    return element.key().empty() ? "/xmeml" : "/" + printableXmlText(element.key());
+    return element.key().empty() ? std::string("/xmeml") : std::string("/").append(printableXmlText(element.key()));
 }
 
 } // namespace

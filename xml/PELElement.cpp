@@ -37,6 +37,24 @@ constexpr std::string_view kArchiveKey = "key";
 constexpr std::string_view kArchiveValue = "value";
 constexpr std::string_view kArchiveIdentifier = "identifier";
 
+/// Counts the copies under way on this thread that were begun by a class of its own inside another's.
+class Nesting {
+public:
+    Nesting() { ++count(); }
+    ~Nesting() { --count(); }
+    Nesting(const Nesting&) = delete;
+    Nesting& operator=(const Nesting&) = delete;
+    bool tooDeep() const { return count() > kMost; }
+
+private:
+    static constexpr int kMost = 256;
+    static int& count()
+    {
+        static thread_local int counted = 0;
+        return counted;
+    }
+};
+
 constexpr std::size_t kFirstChildren = 4; ///< most containers have a name, a duration and a rate at the least
 
 } // namespace
@@ -228,6 +246,11 @@ std::shared_ptr<PELElement> PELElement::childWithID(std::optional<std::string_vi
 std::shared_ptr<PELElement> PELElement::copy() const
 {
     if (!canHaveChildren_) return makeSameClass(key(), value_, identifier());
+    const Nesting nesting;
+    if (nesting.tooDeep()) {
+        ZAN_LOG_ERROR("PELElement: Left out of a copy, nested too deep: %s", key().c_str());
+        return nullptr;
+    }
 
     ElementPath path{*this};
     std::vector<PELElements> copies(1); // of the children met so far, one list per level of the path
@@ -236,7 +259,7 @@ std::shared_ptr<PELElement> PELElement::copy() const
             const PELElement& element = **child;
             // Classes of their own copy themselves; only plain containers are walked through here.
             if (typeid(element) != typeid(PELElement) || element.children() == nullptr) {
-                copies.back().push_back(element.copy());
+                if (auto copied = element.copy()) copies.back().push_back(std::move(copied));
             } else if (path.descend(element)) {
                 copies.emplace_back().reserve(element.children()->size());
             }

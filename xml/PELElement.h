@@ -91,7 +91,8 @@ public:
     std::shared_ptr<PELElement> childWithID(std::optional<std::string_view> identifier);
 
     /// A deep copy of the receiver's class: children are copied each in its own way, and a child that hangs under
-    /// several parents becomes several.
+    /// several parents becomes several. Null, with one error line, where classes of their own lie more than 256 levels
+    /// inside one another.
     virtual std::shared_ptr<PELElement> copy() const;
 
     /// "<PELElement: 0x…> key: "name" value: "A001" identifier: """; children are counted, not listed.

@@ -15,8 +15,7 @@ Result<std::optional<Box>> readBox(Window& window, Extent rest)
     const bool isLong = size == 1;
     if (isLong) size = bytes->read<std::uint64_t>();
     const std::uint64_t header = isLong ? kLongHeader : kShortHeader;
-    box.toTheEnd = size == 0;
-    if (box.toTheEnd) size = rest.size;
+    if (size == 0) size = rest.size;
     box.fits = bytes->ok() && size >= header && size <= rest.size;
     box.body = rest.first(std::max(size, header)).after(header);
     return std::optional{box};

@@ -15,7 +15,6 @@ struct Box {
     std::uint64_t offset = 0; ///< of its header
     Extent body;              ///< cut to the parent when the box claims more
     bool fits = true;         ///< it holds its own header and ends inside its parent
-    bool toTheEnd = false;    ///< its size is given as 0
 
     std::uint64_t end() const { return body.end(); }
 };
@@ -46,7 +45,6 @@ template <typename Visit> Status forEachBox(Window& window, Extent parent, std::
         if (!*read) return {};
         const Box& box = **read;
         const bool isWanted = std::ranges::find(wanted, box.type) != wanted.end();
-        if (box.toTheEnd && !isWanted) return {}; // the end mark of a list
         if (!box.fits && !isWanted && isPlausibleType(box.type)) return {};
         if (!box.fits) return Error{Fault::malformed, "box does not fit its parent", box.offset, box.type.text()};
         if (isWanted) {

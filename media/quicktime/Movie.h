@@ -2,7 +2,7 @@
 
 #include "Fragments.h"
 #include "MediaTime.h"
-#include "Track.h"
+#include "TrackReading.h"
 
 #include <optional>
 #include <vector>

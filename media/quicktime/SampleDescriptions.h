@@ -1,17 +1,16 @@
 #pragma once
 
+#include "Box.h"
+#include "MediaType.h"
 #include "SoundDescription.h"
 #include "TimecodeDescription.h"
 #include "VideoDescription.h"
 
+#include <cstdint>
+#include <optional>
 #include <vector>
 
 namespace zanfcp::quicktime {
-
-/// Media types of the tracks that are described.
-inline constexpr FourCC kVideoMedia{"vide"};
-inline constexpr FourCC kSoundMedia{"soun"};
-inline constexpr FourCC kTimecodeMedia{"tmcd"};
 
 /// The descriptions in a sample description table ('stsd'). The first one speaks for the track; of it, the member that
 /// belongs to the track's media type is set.

@@ -1,5 +1,7 @@
 #include "media/quicktime/SoundDescription.h"
 
+#include "media/quicktime/Box.h"
+
 #include <array>
 #include <bit>
 

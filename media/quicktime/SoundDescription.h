@@ -1,11 +1,14 @@
 #pragma once
 
 #include "../../platform/FourCC.h"
-#include "Box.h"
+#include "../../platform/Result.h"
 
 #include <cstdint>
 
 namespace zanfcp::quicktime {
+
+class Window;
+struct Box;
 
 /// What a sound sample description says of the samples.
 struct SoundDescription {

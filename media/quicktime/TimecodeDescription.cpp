@@ -1,5 +1,6 @@
 #include "media/quicktime/TimecodeDescription.h"
 
+#include "media/quicktime/Box.h"
 #include "media/quicktime/InternationalText.h"
 
 namespace zanfcp::quicktime {
@@ -49,8 +50,7 @@ Result<TimecodeDescription> parseTimecodeDescription(Window& window, const Box& 
     timecode.flags = bytes->read<std::uint32_t>();
     timecode.timescale = bytes->read<std::uint32_t>();
     timecode.frameDuration = bytes->read<std::uint32_t>();
-    timecode.frameQuanta = bytes->read<std::uint8_t>();
-    bytes->skip(1); // reserved
+    timecode.frameQuanta = bytes->read<std::uint8_t>(); // a reserved byte follows
     if (!bytes->ok()) return Error{Fault::truncated, "timecode sample description is cut short", entry.offset};
     timecode.sourceReferenceName = findName(window, entry.body.after(kFixedBytes));
     return timecode;

@@ -1,13 +1,16 @@
 #pragma once
 
 #include "../../platform/FourCC.h"
-#include "Box.h"
+#include "../../platform/Result.h"
 
 #include <cstdint>
 #include <optional>
 #include <string>
 
 namespace zanfcp::quicktime {
+
+class Window;
+struct Box;
 
 /// What a timecode sample description says of the labels.
 struct TimecodeDescription {

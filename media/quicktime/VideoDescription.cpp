@@ -1,5 +1,6 @@
 #include "media/quicktime/VideoDescription.h"
 
+#include "media/quicktime/Box.h"
 #include "media/quicktime/InternationalText.h"
 
 namespace zanfcp::quicktime {

@@ -162,8 +162,7 @@ TEST(FileElement, SampleRecordingIsReadAndLinedUp)
     std::vector<FileURL> urls;
     for (const char* name : {"CAM_A.mov", "CAM_B.mov", "CAM_C.mov", "SOUND.mov"})
         urls.push_back(FileURL::fileURLWithPath(std::string(ZANFCP_SAMPLES_FOLDER "/") + name));
-    const PELFileElements files =
-        PELFileElement::fileElementsWithURLs(urls, {{std::string(PELMeasureSoundFiles), true}});
+    const PELFileElements files = PELFileElement::fileElementsWithURLs(urls, {{PELMeasureSoundFiles, true}});
     ASSERT_EQ(files.size(), 4u);
     struct Case { // as samples/make_samples.sh has it
         const char *name, *start, *reel;

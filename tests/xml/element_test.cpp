@@ -307,6 +307,17 @@ TEST(Element, TooDeepTreeIsCutWithAnErrorLine)
     EXPECT_LT(log.errors()[1].size(), 1000u);
 }
 
+TEST(Element, DeepTreeOfAnotherClassIsCutWhereItCopiesItself)
+{
+    std::shared_ptr<PELElement> top = std::make_shared<PELRootElement>("bin", PELElements{}, "");
+    for (int i = 0; i < 100'000; ++i)
+        top = std::make_shared<PELRootElement>("bin", PELElements{std::move(top)}, "");
+    const LogCapture log;
+    EXPECT_NE(top->copy(), nullptr);
+    EXPECT_EQ(log.errors().size(), 1u);
+    EXPECT_NE(top->copy(), nullptr); // the count starts anew
+}
+
 TEST(Element, ElementInsideItselfIsLeftOut)
 {
     const LogCapture log;

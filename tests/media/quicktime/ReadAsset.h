@@ -1,6 +1,7 @@
 #pragma once
 
 #include "media/quicktime/Asset.h"
+#include "platform/ByteReader.h"
 #include "tests/support/Bytes.h"
 
 #include <memory>

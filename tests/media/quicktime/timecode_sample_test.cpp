@@ -26,8 +26,10 @@ TEST(TimecodeSample, LiesWhereTheTablesSay)
     oneSize.commonSize = 4;
     MovieTrack otherSizes = threeSamples(editList({{2400, 25000}}));
     otherSizes.sizes = {12, 4, 4};
-    MovieTrack unevenTimes = threeSamples(editList({{2400, 30000}}));
+    MovieTrack unevenTimes = threeSamples(editList({{2400, 10000}}));
     unevenTimes.times = {{1, 10000}, {1, 19999}, {1, 50000}};
+    MovieTrack laterTimes = threeSamples(editList({{2400, 30000}}));
+    laterTimes.times = unevenTimes.times;
 
     struct Case {
         const char* name;
@@ -46,9 +48,11 @@ TEST(TimecodeSample, LiesWhereTheTablesSay)
         {"nothing but a gap", threeSamples(editList({{600, -1}})), 28},
         {"edit list without entries", threeSamples(editList({})), 28},
         {"edit list that counts more than it has", threeSamples(atom("elst", Bytes{}.u32(0).u32(9))), 28},
+        {"edit list longer than its box", threeSamples(lyingAtom("elst", 5000, Bytes{}.zeros(8))), 28},
         {"samples of one size", oneSize, 32},
         {"samples of several sizes", otherSizes, 40},
-        {"samples of several lengths", unevenTimes, 100},
+        {"samples of several lengths, the second", unevenTimes, 32},
+        {"samples of several lengths, the third", laterTimes, 100},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);

@@ -1,4 +1,4 @@
-#include "media/quicktime/Track.h"
+#include "media/quicktime/TrackReading.h"
 
 #include "media/quicktime/EditList.h"
 #include "media/quicktime/TimeHeader.h"
@@ -99,21 +99,20 @@ Result<ParsedTrack> parseTrack(Window& window, Extent body)
     constexpr FourCC kEditList[] = {FourCC{"elst"}};
     constexpr FourCC kWanted[] = {FourCC{"tkhd"}, FourCC{"edts"}, FourCC{"mdia"}};
     Status walked = forEachBox(window, body, kWanted, [&](const Box& box) -> Result<Walk> {
-        Status status;
         if (box.type == FourCC{"tkhd"}) {
             const Result<std::uint32_t> identifier = parseTrackIdentifier(window, box.body);
             if (!identifier) return Error{identifier.error()};
             parsed.track.identifier = *identifier;
         } else if (box.type == FourCC{"edts"}) {
-            status = forEachBox(window, box.body, kEditList, [&](const Box& list) -> Result<Walk> {
-                editList = list.body;
+            const Status list = forEachBox(window, box.body, kEditList, [&](const Box& found) -> Result<Walk> {
+                editList = found.body;
                 return Walk::stop;
             });
+            (void)list.has_value(); // a broken edit list counts as none
         } else if (!hasMedia) {
             hasMedia = true;
-            status = readMedia(window, box.body, parsed);
+            if (Status media = readMedia(window, box.body, parsed); !media) return media.error();
         }
-        if (!status) return status.error();
         return Walk::on;
     });
     if (!walked) return Error{walked.error()};

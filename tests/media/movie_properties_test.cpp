@@ -443,7 +443,7 @@ TEST(MovieProperties, SoundFilesAreMeasuredOnDemand)
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
         const Movie movie{.timescale = c.movieTimescale, .duration = c.movieDuration, .tracks = c.tracks};
-        EXPECT_EQ(readMovie(movie, {{PELMeasureSoundFiles.data(), true}}).duration, c.frames);
+        EXPECT_EQ(readMovie(movie, {{PELMeasureSoundFiles, true}}).duration, c.frames);
     }
     const Movie sound{.tracks = {soundTrack(), timecodeTrack()}};
     EXPECT_EQ(readMovie(sound).duration, 0);

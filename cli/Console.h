@@ -1,0 +1,58 @@
+#pragma once
+
+#include "platform/Log.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace zanfcp::cli {
+
+/// What the command says: results on standard output, messages on standard error, and the log lines of the library,
+/// which it receives as long as it lives. One at a time.
+class Console {
+public:
+    Console();
+    ~Console();
+    Console(const Console&) = delete;
+    Console& operator=(const Console&) = delete;
+
+    void setQuiet(bool quiet) { quiet_ = quiet; }
+    /// Shows every log line as it comes.
+    void setVerbose(bool verbose) { verbose_ = verbose; }
+
+    /// Results. False once writing them has failed; finish() says why.
+    bool print(std::string_view text);
+    /// Writes out what print() still holds. False, with a message, when not all of the results could be written.
+    bool finish();
+
+    /// What went wrong, in one line; always shown.
+    void error(std::string_view text);
+    /// More about it: printable lines with their ends; always shown.
+    void errorLines(std::string_view lines);
+    /// What will need attention, in one line; hidden when quiet.
+    void warning(std::string_view text);
+    /// What a person wants to see, with line ends as given; hidden when quiet.
+    void note(std::string_view text);
+
+    /// Forgets the log lines so far: those of the step that begins are kept.
+    void beginStep();
+    /// Shows the error lines of the step, unless they were shown as they came.
+    void stepFailed();
+
+private:
+    void log(LogLevel level, std::string_view line);
+    bool flush();
+
+    bool quiet_ = false;
+    bool verbose_ = false;
+    std::string results_;
+    int writeFault_ = 0; ///< errno of the first write of results that failed
+    std::vector<std::string> stepErrors_;
+    ZANLogger::Sink before_;
+};
+
+/// Whether an error line is no failure but the library's trace of the cuts it makes.
+bool isTrace(std::string_view line);
+
+} // namespace zanfcp::cli

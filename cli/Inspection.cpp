@@ -1,0 +1,126 @@
+#include "cli/Inspection.h"
+
+#include "cli/Timecodes.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <nlohmann/json.hpp>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace zanfcp::cli {
+namespace {
+
+constexpr std::int32_t kUnreadable = -38;
+
+/// Why a file cannot even be tried; empty when it can.
+std::string obstacle(const std::string& path)
+{
+    struct stat info {};
+    if (::stat(path.c_str(), &info) != 0) return errno == ENOENT ? "no such file" : std::strerror(errno);
+    if (S_ISDIR(info.st_mode)) return "is a folder";
+    if (!S_ISREG(info.st_mode)) return "is no regular file";
+    if (::access(path.c_str(), R_OK) != 0) return std::strerror(errno);
+    return {};
+}
+
+std::string refusal(const FileURL& url)
+{
+    const std::string extension = url.pathExtension();
+    if (extension == "mov") return "could not be read as a QuickTime movie";
+    if (extension == "mxf") return "could not be read as an MXF file";
+    std::string lowered = extension;
+    for (char& c : lowered)
+        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+    if (lowered == "mov" || lowered == "mxf") return "unknown type: the extension must be in lower case, ." + lowered;
+    return "unknown type: " + (extension.empty() ? std::string("a name without extension") : "." + extension);
+}
+
+nlohmann::ordered_json codecJson(const PELCodecProperties& codec)
+{
+    nlohmann::ordered_json json;
+    json["name"] = fieldText(codec.name);
+    json["typeName"] = fieldText(codec.typeName);
+    json["typeCode"] = codec.typeCode == FourCC{} ? std::string() : codec.typeCode.text();
+    json["vendorCode"] = nullptr;
+    if (codec.vendorCode) json["vendorCode"] = *codec.vendorCode;
+    json["spatialQuality"] = codec.spatialQuality;
+    json["temporalQuality"] = codec.temporalQuality;
+    json["keyframeRate"] = codec.keyframeRate;
+    json["dataRate"] = codec.dataRate;
+    json["fieldDominance"] = NSStringFromPELFieldDominance(codec.fieldDominance);
+    return json;
+}
+
+nlohmann::ordered_json timecodeJson(const PELTimecode& timecode)
+{
+    nlohmann::ordered_json json;
+    json["kind"] = timecode.kind;
+    json["rate"] = {{"timebase", timecode.rate.timebase}, {"isNTSC", timecode.rate.isNTSC}};
+    json["frames"] = timecode.frames;
+    json["hasDropframe"] = timecode.hasDropframe;
+    json["string"] = fieldText(timecode.string);
+    return json;
+}
+
+} // namespace
+
+InspectedFile inspectFile(const std::string& path, const PELDictionary& options)
+{
+    InspectedFile file{
+        .path = path, .url = FileURL::fileURLWithPath(path), .problem = obstacle(path), .properties = {}};
+    if (!file.problem.empty()) {
+        file.status = kUnreadable;
+        return file;
+    }
+    file.status = PELGetPropertiesOfMovieAtURL(file.url, file.properties, options);
+    if (file.status != 0) file.problem = refusal(file.url);
+    return file;
+}
+
+std::string inspectionJson(const InspectedFile& file)
+{
+    const PELMovieProperties& properties = file.properties;
+    nlohmann::ordered_json json;
+    json["schemaVersion"] = kInspectionSchema;
+    json["path"] = file.path;
+    json["status"] = file.status;
+    json["hasVideo"] = properties.hasVideo;
+    json["width"] = properties.width;
+    json["height"] = properties.height;
+    json["pixelAspectRatio"] = NSStringFromPELPixelAspectRatio(properties.pixelAspectRatio);
+    json["anamorphic"] = properties.anamorphic;
+    json["duration"] = properties.duration;
+    json["videoCodec"] = codecJson(properties.videoCodec);
+    json["hasAudio"] = properties.hasAudio;
+    json["audioSampleRate"] = properties.audioSampleRate;
+    json["audioBitDepth"] = properties.audioBitDepth;
+    json["audioTrackCount"] = properties.audioTrackCount;
+    json["audioChannelCount"] = properties.audioChannelCount;
+    json["hasTimecode"] = properties.hasTimecode;
+    json["timecode"] = timecodeJson(properties.timecode);
+    json["reel"] = fieldText(properties.reel);
+    // Names on Linux are bytes; what is no UTF-8 is replaced, since JSON cannot hold it.
+    return json.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
+}
+
+std::string sizeText(const PELMovieProperties& properties)
+{
+    if (!properties.hasVideo) return {};
+    return std::to_string(properties.width) + "x" + std::to_string(properties.height);
+}
+
+std::string startText(const PELMovieProperties& properties)
+{
+    const std::string label = fieldText(properties.timecode.string);
+    return properties.hasTimecode && !label.empty() ? label : "none";
+}
+
+std::string lengthText(const PELMovieProperties& properties)
+{
+    if (properties.duration == 0) return {};
+    return labelFromFrames(properties.duration, properties.timecode.rate);
+}
+
+} // namespace zanfcp::cli

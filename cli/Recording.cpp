@@ -1,0 +1,233 @@
+#include "cli/Recording.h"
+
+#include "cli/Text.h"
+#include "cli/Timecodes.h"
+#include "project/Options.h"
+#include "project/Sequence.h"
+#include "xml/XMLText.h"
+
+#include <algorithm>
+#include <map>
+
+namespace zanfcp::cli {
+namespace {
+
+using Warnings = std::vector<std::string>;
+
+const InspectedFile& fileAt(const std::vector<InspectedFile>& files, const PELDictionary& options, const char* key)
+{
+    return files[static_cast<std::size_t>(options.integerFor(key))];
+}
+
+NSInteger startOf(const InspectedFile& file)
+{
+    return static_cast<NSInteger>(file.properties.timecode.frames);
+}
+
+std::string endLabel(const InspectedFile& file, PELRate rate)
+{
+    return labelFromFrames(startOf(file) + std::max<NSInteger>(file.properties.duration, 1) - 1, rate);
+}
+
+void warnAboutFile(const InspectedFile& file, Warnings& out)
+{
+    const PELMovieProperties& properties = file.properties;
+    const PELRate rate = properties.timecode.rate;
+    if (!properties.hasVideo && !properties.hasAudio) out.push_back(file.path + " has neither picture nor sound");
+    if (!properties.hasTimecode)
+        out.push_back(file.path + " has no timecode: it is placed as if it began at 00:00:00:00");
+    else if (fieldText(properties.timecode.string).empty())
+        out.push_back(file.path + " has a timecode that cannot be read: it is placed as if it began at 00:00:00:00");
+    if (rate.timebase == 0)
+        out.push_back(file.path + " has no frame rate");
+    else if (!isTimecodeRate(rate))
+        out.push_back(file.path + " has a rate of " + rateText(rate) +
+                      " frames a second, which timecode does not know: its labels are counted at 25");
+    if (cleanXmlText(file.url.lastPathComponent()).replaced != 0)
+        out.push_back(file.path + " has a name that a document cannot hold: some of its characters are replaced");
+    if (properties.duration <= 0) out.push_back(file.path + " has no length");
+}
+
+void warnAboutNames(const Recording& recording, Warnings& out)
+{
+    std::map<std::string, std::vector<std::string>> paths;
+    for (const InspectedFile& file : recording.inspected)
+        paths[file.url.lastPathComponent()].push_back(file.path);
+    for (const auto& [name, same] : paths) {
+        if (same.size() < 2) continue;
+        std::string list;
+        for (const std::string& path : same)
+            list += (list.empty() ? "" : ", ") + path;
+        out.push_back("files with the same name are taken for one when they are imported: " + list);
+    }
+}
+
+void warnAboutRates(const Recording& recording, Warnings& out)
+{
+    std::vector<PELRate> rates;
+    std::string list;
+    for (const InspectedFile& file : recording.inspected) {
+        const PELRate rate = file.properties.timecode.rate;
+        if (rate.timebase == 0 || std::ranges::find(rates, rate) != rates.end()) continue;
+        rates.push_back(rate);
+        list += (list.empty() ? "" : ", ") + rateText(rate);
+    }
+    if (rates.size() > 1)
+        out.push_back("the files have different rates (" + list +
+                      "): their timecodes are compared frame by frame and will not line up");
+}
+
+void warnAboutSpan(const Recording& recording, Warnings& out)
+{
+    if (recording.files.size() < 2 || PELGetSequenceDurationForFileElements(recording.files) > 0) return;
+    const auto& files = recording.inspected;
+    const auto last = std::ranges::max_element(files, {}, startOf);
+    const auto first =
+        std::ranges::min_element(files, {}, [](const auto& file) { return startOf(file) + file.properties.duration; });
+    out.push_back("the files have no common span: " + last->path + " begins at " +
+                  labelFromFrames(startOf(*last), last->properties.timecode.rate) + ", " + first->path + " ends at " +
+                  endLabel(*first, first->properties.timecode.rate));
+}
+
+/// Frames from the start of the common span to the start of the sequence.
+NSInteger sequenceOffset(const Recording& recording, PELRate rate)
+{
+    const auto start = recording.options.stringFor(PELSequenceStartTimecode);
+    if (!start || !recording.options.boolFor(PELSequenceCorrectFileOffsets)) return 0;
+    const PELTimecode timecode = PELTimecodeMakeWithString(*start, rate);
+    return Convenience::sequenceOffsetForFiles(recording.files, timecode);
+}
+
+void warnAboutCuts(const Recording& recording, const PELArray& cuts, Warnings& out)
+{
+    const PELRate rate = sequenceRate(recording.inspected, recording.options);
+    const NSInteger common = PELGetSequenceDurationForFileElements(recording.files);
+    const NSInteger offset = sequenceOffset(recording, rate);
+    std::size_t outside = 0;
+    std::size_t firstOutside = 0;
+    NSInteger before = 0;
+    for (std::size_t i = 0; i < cuts.size(); ++i) {
+        const auto* cut = cuts[i].as<PELDictionary>();
+        const auto start = framesFromText(cut->stringFor(PELCutStartTimecode).value_or(""), rate);
+        const auto end = framesFromText(cut->stringFor(PELCutEndTimecode).value_or(""), rate);
+        if (!start || !end) continue;
+        if (*start < before)
+            out.push_back("cuts[" + std::to_string(i) +
+                          "] starts before the one above it: cuts are taken in the order of the list");
+        before = *start;
+        if (offset + *start >= 0 && offset + *end <= common) continue;
+        if (outside++ == 0) firstOutside = i;
+    }
+    if (outside != 0 && common > 0)
+        out.push_back(std::to_string(outside) + " of " + std::to_string(cuts.size()) +
+                      " cuts go beyond the common span of " + std::to_string(common) + " frames (" +
+                      labelFromFrames(common, rate) + "), the first is cuts[" + std::to_string(firstOutside) +
+                      "]: not every file has material there");
+}
+
+void warnAboutMarkers(const Recording& recording, const PELArray& markers, Warnings& out)
+{
+    const PELRate rate = sequenceRate(recording.inspected, recording.options);
+    const PELDictionary& options = recording.options;
+    const NSInteger duration = options.contains(PELSequenceDuration)
+                                   ? options.integerFor(PELSequenceDuration)
+                                   : PELGetSequenceDurationForFileElements(recording.files);
+    for (std::size_t i = 0; i < markers.size(); ++i) {
+        const auto* marker = markers[i].as<PELDictionary>();
+        const auto frame = framesFromText(marker->stringFor(PELMarkerStartFrame).value_or(""), rate);
+        if (!frame || duration <= 0 || *frame < duration) continue;
+        out.push_back("markers[" + std::to_string(i) + "] \"" + marker->stringFor(PELMarkerName).value_or("") +
+                      "\" lies beyond the common span of the files");
+        return; // one is enough to look at the list
+    }
+}
+
+/// Options that are given and do nothing.
+void warnAboutOptions(const PELDictionary& options, Warnings& out)
+{
+    const PELArray* cuts = options.arrayFor(PELCuts);
+    const PELArray* markers = options.arrayFor(PELMarkers);
+    if (!hasSequence(options) && cuts != nullptr && !cuts->empty())
+        out.push_back("the cuts are not used: there is no sequence without --sequence");
+    if (!hasSequence(options) && markers != nullptr && !markers->empty())
+        out.push_back("the markers are not used: there is no sequence without --sequence");
+    const PELDictionary* overrides = options.dictionaryFor(PELSequenceSettingsOverrides);
+    if (overrides == nullptr) return;
+    if (options.boolFor(PELUseFirstClipSettings))
+        out.push_back("sequenceOverrides is not used together with useFirstClipSettings");
+    else if (overrides->contains(PELFrameSizeWidthOverride) != overrides->contains(PELFrameSizeHeightOverride))
+        out.push_back("the frame size is not changed: it needs both frameSizeWidthOverride and "
+                      "frameSizeHeightOverride");
+}
+
+} // namespace
+
+bool hasSequence(const PELDictionary& options)
+{
+    return options.boolFor(PELProjectAddSequence);
+}
+
+const InspectedFile& templateFile(const std::vector<InspectedFile>& files, const PELDictionary& options)
+{
+    return fileAt(files, options, PELSequenceTemplateFileIndex);
+}
+
+const InspectedFile& mainFile(const std::vector<InspectedFile>& files, const PELDictionary& options)
+{
+    return fileAt(files, options, PELMulticlipMainFileIndex);
+}
+
+PELRate sequenceRate(const std::vector<InspectedFile>& files, const PELDictionary& options)
+{
+    PELRate rate = templateFile(files, options).properties.timecode.rate;
+    const PELDictionary* overrides = options.dictionaryFor(PELSequenceSettingsOverrides);
+    if (overrides != nullptr && !options.boolFor(PELUseFirstClipSettings) &&
+        overrides->contains(PELEditingTimebaseOverride))
+        rate.timebase = overrides->integerFor(PELEditingTimebaseOverride);
+    return rate;
+}
+
+std::string recordingTable(const Recording& recording)
+{
+    Table table{{"FILE", "SIZE", "RATE", "START", "LENGTH", "OFFSET"}};
+    for (std::size_t i = 0; i < recording.inspected.size(); ++i) {
+        const InspectedFile& file = recording.inspected[i];
+        table.addRow({file.url.lastPathComponent(), file.properties.hasVideo ? sizeText(file.properties) : "no picture",
+                      rateText(file.properties.timecode.rate), startText(file.properties),
+                      file.properties.duration > 0 ? lengthText(file.properties) : "none",
+                      std::to_string(recording.files[i]->offset())});
+    }
+    std::string text = table.text();
+    const NSInteger span = PELGetSequenceDurationForFileElements(recording.files);
+    if (span <= 0) return text + "common span: none\n";
+    const PELTimecode first = PELGetFirstCommonTimecodeOfFileElements(recording.files);
+    const auto start = static_cast<NSInteger>(first.frames);
+    text += "common span: " + labelFromFrames(start, first.rate) + " to " +
+            labelFromFrames(start + span - 1, first.rate) + ", " + std::to_string(span) + " frames (" +
+            labelFromFrames(span, first.rate) + ")\n";
+    return text;
+}
+
+std::vector<std::string> recordingWarnings(const Recording& recording)
+{
+    Warnings out;
+    warnAboutSpan(recording, out);
+    warnAboutRates(recording, out);
+    warnAboutNames(recording, out);
+    for (const InspectedFile& file : recording.inspected)
+        warnAboutFile(file, out);
+    const PELDictionary& options = recording.options;
+    const bool multiclip = hasSequence(options) || options.boolFor(PELProjectAddMulticlip);
+    const InspectedFile& main = mainFile(recording.inspected, options);
+    if (multiclip && !main.properties.hasVideo)
+        out.push_back(main.path + " has no picture, but is the main angle of the multiclip; choose another with "
+                                  "--set multiclipMainFileIndex=N");
+    const PELArray* cuts = options.arrayFor(PELCuts);
+    if (hasSequence(options) && cuts != nullptr) warnAboutCuts(recording, *cuts, out);
+    const PELArray* markers = options.arrayFor(PELMarkers);
+    if (hasSequence(options) && markers != nullptr) warnAboutMarkers(recording, *markers, out);
+    warnAboutOptions(options, out);
+    return out;
+}
+
+} // namespace zanfcp::cli

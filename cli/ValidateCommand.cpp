@@ -1,0 +1,71 @@
+#include "cli/Commands.h"
+#include "cli/Console.h"
+#include "cli/ReadFile.h"
+#include "cli/Text.h"
+#include "cli/ValidatorMessages.h"
+#include "platform/ChildProcess.h"
+#include "xml/PELRootElement.h"
+
+#include <memory>
+
+namespace zanfcp::cli {
+namespace {
+
+constexpr std::size_t kMaxDocumentBytes = std::size_t{1} << 30;
+
+/// Runs the tool over one document. Silence and success together are the only sign of a valid one.
+/// \return nothing for a valid document, else what to show
+std::string faultsOf(const std::string& path, const std::string& document)
+{
+    const std::string tool = PELRootElement::xmllintPath();
+    const auto run =
+        runChildProcess(tool, {"--nonet", "--noout", "--dtdvalid", PELRootElement::dtdPath(), "-"}, document);
+    if (!run) return path + ": the validator did not run: " + run.error().what + "\n";
+    const std::string messages = validatorMessages(run->standardError + run->standardOutput, path);
+    if (messages.empty() && run->exitStatus != 0)
+        return path + ": the validator ended with " + std::to_string(run->exitStatus) + "\n";
+    return messages;
+}
+
+ExitCode validate(const std::vector<std::string>& files, Console& console)
+{
+    if (PELRootElement::dtdPath().empty()) {
+        console.error("the DTD to validate against was not found");
+        return kFailed;
+    }
+    bool allValid = true;
+    for (const std::string& path : files) {
+        const auto document = readWholeFile(path, kMaxDocumentBytes);
+        if (!document) {
+            console.error(path + ": " + document.error().what);
+            allValid = false;
+            continue;
+        }
+        const std::string faults = faultsOf(path, *document);
+        console.print(printable(path) + (faults.empty() ? ": valid\n" : ": not valid\n"));
+        if (faults.empty()) continue;
+        allValid = false;
+        console.errorLines(faults);
+    }
+    return allValid ? kDone : kFailed;
+}
+
+} // namespace
+
+Command addValidate(CLI::App& parent)
+{
+    auto files = std::make_shared<std::vector<std::string>>();
+    CLI::App* app = parent.add_subcommand("validate", "Check project documents against the document type definition");
+    app->add_option("FILE", *files, "project documents (.xml)")->required()->type_name("");
+    return {
+        .app = app,
+        .details = "Runs xmllint with the definition of version 5 of the format, which comes with this program. One "
+                   "line for each file says whether it is valid; what xmllint has to say goes to standard error. "
+                   "Nothing is fetched from the network.",
+        .examples = {{"zanfcp validate show.xml", "check one document"}},
+        .fileTypes = {"xml"},
+        .run = [files](Console& console) { return validate(*files, console); },
+    };
+}
+
+} // namespace zanfcp::cli

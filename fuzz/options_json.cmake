@@ -1,0 +1,2 @@
+zanfcp_fuzz_target(options_json options_json.cpp)
+target_link_libraries(fuzz_options_json PRIVATE zanfcp_cli_core)
