@@ -17,6 +17,9 @@ using quicktime::Track;
 
 constexpr std::string_view kUnknown = "Unknown";
 
+/// Frames. One more would mean "undefined", and the file would be refused instead of kept.
+constexpr NSInteger kLongestDuration = NSIntegerMax - 1;
+
 /// Toward zero; bounded by the range of the integer, 0 for what is no number.
 template <typename Integer> Integer truncated(double number)
 {
@@ -96,7 +99,7 @@ void PEL_ReadVideoFrameCount(PELMovieProperties& properties, const Asset& asset)
     const float frameRate = track->nominalFrameRate;
     properties.timecode.rate.timebase = truncated<NSInteger>(frameRate);
     const float frames = frameRate * static_cast<float>(asset.duration().seconds());
-    properties.duration = truncated<NSInteger>(frames);
+    properties.duration = std::min(truncated<NSInteger>(frames), kLongestDuration);
 }
 
 void PEL_ReadVideoCodec(PELMovieProperties& properties, const Asset& asset)
@@ -182,7 +185,7 @@ void PEL_MeasureSoundFile(PELMovieProperties& properties, const Asset& asset)
     const quicktime::MediaTime length = asset.duration();
     const Wide frames =
         Wide{length.value} * track->timecode->timescale / (Wide{length.timescale} * track->timecode->frameDuration);
-    constexpr Wide kMost{static_cast<std::uint64_t>(std::numeric_limits<NSInteger>::max())};
+    constexpr Wide kMost{static_cast<std::uint64_t>(kLongestDuration)};
     properties.duration = static_cast<NSInteger>(std::min(frames, kMost));
 }
 

@@ -12,6 +12,7 @@ class PELFileElement;
 using PELFileElements = std::vector<std::shared_ptr<PELFileElement>>;
 
 /// The "file" element of one media file, with what was read from the file and where the file lies in time.
+/// Not locked, like every element: the references that it hands out last until it changes.
 class PELFileElement : public PELElement, public PELElementFactories<PELFileElement> {
 public:
     using PELElement::PELElement;
@@ -56,10 +57,11 @@ public:
     /// A plain PELElement with this key and identifier alone: a reference, not a second file.
     std::shared_ptr<PELElement> copy() const override;
 
+    const char* className() const override { return "PELFileElement"; }
+
 protected:
     std::shared_ptr<PELElement> makeSameClass(std::string_view key, PELElementValue value,
                                               std::string_view identifier) const override;
-    const char* className() const override { return "PELFileElement"; }
 
 private:
     PELMovieProperties movieProperties_;

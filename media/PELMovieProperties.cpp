@@ -15,7 +15,8 @@ std::int32_t readMovie(const FileURL& url, PELMovieProperties& properties, const
 {
     const Result<quicktime::Asset> asset = quicktime::Asset::open(url.path());
     if (!asset) {
-        ZAN_LOG_ERROR("PELMovieUtilities: Could not read %s: %s", url.path().c_str(), asset.error().text().c_str());
+        ZAN_LOG_ERROR("PELMovieUtilities: Could not read %s: %s", url.absoluteString().c_str(),
+                      asset.error().text().c_str());
         return kUnreadable;
     }
     PEL_ReadVideoDimensions(properties, *asset);

@@ -40,8 +40,8 @@ inline constexpr char PELSequenceLabel[] = "sequenceLabel";
 inline constexpr char PELSequenceStartTimecode[] = "sequenceStartTimecode";
 /// Integer, frames; the span in which all files have material when absent.
 inline constexpr char PELSequenceDuration[] = "sequenceDuration";
-/// Boolean, read with a start timecode: place the files by their own timecode. Without it, the end of the last cut
-/// becomes the duration of the sequence.
+/// Boolean, read with a start timecode: place the files by their own timecode. When false, the end of the last
+/// cut becomes the duration of the sequence.
 inline constexpr char PELSequenceCorrectFileOffsets[] = "sequenceCorrectFileOffsets";
 /// Boolean: leave the settings of the sequence to the first clip; PELSequenceSettingsOverrides is not read then.
 inline constexpr char PELUseFirstClipSettings[] = "useFirstClipSettings";

@@ -278,9 +278,13 @@ std::shared_ptr<PELElement> PELElement::copy() const
 std::string PELElement::description() const
 {
     const PELElements* list = std::get_if<PELElements>(&value_);
-    const std::string shown = list == nullptr ? std::string(stringValue()) : format("%lu children", list->size());
-    return format("<%s: %p>", className(), static_cast<const void*>(this)) + " key: \"" + key() + "\" value: \"" +
-           shown + "\" identifier: \"" + identifier() + "\"";
+    const auto orNull = [](std::string_view text) { return std::string(text.empty() ? "(null)" : text); };
+    const bool isAbsent = std::holds_alternative<std::monostate>(value());
+    const std::string shown = list != nullptr ? format("%lu children", list->size())
+                              : isAbsent      ? "(null)"
+                                              : std::string(stringValue());
+    return format("<%s: %p>", className(), static_cast<const void*>(this)) + " key: \"" + orNull(key()) +
+           "\" value: \"" + shown + "\" identifier: \"" + orNull(identifier()) + "\"";
 }
 
 bool PELElement::writeXML(const XMLSink& sink, XMLFormat format) const

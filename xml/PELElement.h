@@ -96,6 +96,7 @@ public:
     virtual std::shared_ptr<PELElement> copy() const;
 
     /// "<PELElement: 0x…> key: "name" value: "A001" identifier: """; children are counted, not listed.
+    /// What is absent shows as (null).
     virtual std::string description() const;
 
     /// Writes the key, the value and the identifier under "key", "value" and "identifier".

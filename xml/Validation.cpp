@@ -49,11 +49,17 @@ void keepText(std::map<std::string, std::string>& info, const char* key, const s
 
 std::string installedDTD()
 {
-    constexpr int kFoldersAbove = 3; // lib/<architecture>/ and bin/ lie beside share/
-    fs::path folder = ownFolder();
-    for (int above = 0; above <= kFoldersAbove && !folder.empty(); ++above, folder = folder.parent_path())
-        if (fs::path place = folder / "share" / "zanfcp" / "FCPXMLv5.dtd"; isFile(place)) return place.string();
-    return {};
+    // bin/, lib/ and lib/<architecture>/ lie beside share/. No other folder is left upwards: what lies above it may be
+    // anybody's.
+    const auto isLibraryFolder = [](const fs::path& path) { return path.filename().string().starts_with("lib"); };
+    const fs::path own = ownFolder();
+    fs::path prefix = own;
+    if (own.filename() == "bin" || isLibraryFolder(own))
+        prefix = own.parent_path();
+    else if (isLibraryFolder(own.parent_path()))
+        prefix = own.parent_path().parent_path();
+    const fs::path place = prefix / "share" / "zanfcp" / "FCPXMLv5.dtd";
+    return isFile(place) ? place.string() : std::string();
 }
 
 bool validateDocument(const std::string& xmllint, const std::string& dtd, std::string_view document,

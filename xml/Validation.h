@@ -16,7 +16,8 @@ inline constexpr std::string_view kXmllintErrorDomain = "xmllint";
 /// Why a document is not valid, or could not be checked.
 struct ValidationError {
     std::string domain;                          ///< kGeneralErrorDomain or kXmllintErrorDomain
-    NSInteger code = 0;                          ///< 1 without a definition; else the exit status of the validator
+    NSInteger code = 0;                          ///< 1 without a definition; else the exit status of the validator,
+                                                 ///< 127 when it could not be started
     std::string localizedDescription;            ///< one sentence for a person
     std::map<std::string, std::string> userInfo; ///< "stdErr" and "stdOut": what the validator printed; without an
                                                  ///< entry for what is no UTF-8

@@ -16,7 +16,7 @@ namespace {
 constexpr std::string_view kSkeleton =
     R"(<?xml version="1.0" encoding="UTF-8"?><!DOCTYPE xmeml><xmeml version="5"></xmeml>)";
 
-constexpr int kNoStandaloneDeclaration = -1; ///< what libxml2 keeps for a declaration that does not say "yes"
+constexpr int kNoStandaloneDeclaration = -2; ///< libxml2: there is a declaration, and it does not speak of standalone
 
 const xmlChar* toXml(const char* text)
 {

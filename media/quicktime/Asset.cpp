@@ -33,7 +33,7 @@ Result<Movie> readMovie(Window& window)
             movie = *std::move(parsed);
             if (!movie->extends) break;
         } else if (box.type == FourCC{"moof"} && movie) {
-            Status added = readMovieFragment(window, box, movie->extends->tracks);
+            Status added = readMovieFragment(window, box, *movie->extends);
             if (!added && added.error().fault == Fault::io) return Error{added.error()}.under("moof");
             // A recording that broke off ends in a broken fragment; what came before it stands.
             if (!added) break;

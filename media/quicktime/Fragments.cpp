@@ -48,7 +48,8 @@ Result<TrackFragmentHeader> parseTrackFragmentHeader(Window& window, Extent body
 }
 
 /// One run of samples ('trun'): count, then per sample those of duration, size, flags and offset that are flagged.
-Status readRun(Window& window, Extent body, const TrackFragmentHeader& header, TrackFragments& track)
+Status readRun(Window& window, Extent body, const TrackFragmentHeader& header, TrackFragments& track,
+               std::uint64_t& entriesRead)
 {
     Result<ByteReader> head = window.read(body.first(16));
     if (!head) return head.error();
@@ -92,6 +93,10 @@ Status readRun(Window& window, Extent body, const TrackFragmentHeader& header, T
         track.durations.add(count, header.defaults.duration);
         return {};
     }
+    if (count > kMaxRunEntries - entriesRead)
+        return Error{Fault::limit, "more than " + std::to_string(kMaxRunEntries) + " samples in track runs",
+                     body.offset};
+    entriesRead += count;
     const std::uint64_t perPiece = kMaxPieceBytes / entrySize;
     for (std::uint64_t done = 0; done < count; done += perPiece) {
         const std::uint64_t here = std::min<std::uint64_t>(perPiece, count - done);
@@ -105,21 +110,22 @@ Status readRun(Window& window, Extent body, const TrackFragmentHeader& header, T
     return {};
 }
 
-Status readTrackFragment(Window& window, const Box& fragment, Extent body, Position position, FragmentedTracks& tracks)
+Status readTrackFragment(Window& window, const Box& fragment, Extent body, Position position, MovieExtends& movie)
 {
     std::optional<TrackFragmentHeader> header;
     constexpr FourCC kWanted[] = {FourCC{"tfhd"}, FourCC{"trun"}};
     return forEachBox(window, body, kWanted, [&](const Box& box) -> Result<Walk> {
         if (box.type == FourCC{"tfhd"}) {
-            Result<TrackFragmentHeader> parsed = parseTrackFragmentHeader(window, box.body, fragment, position, tracks);
+            Result<TrackFragmentHeader> parsed =
+                parseTrackFragmentHeader(window, box.body, fragment, position, movie.tracks);
             if (!parsed) return Error{parsed.error()};
             header = *parsed;
             return Walk::on;
         }
         if (!header) return Error{Fault::malformed, "track run before its header", box.offset};
-        const auto track = tracks.find(header->track);
-        if (track == tracks.end()) return Walk::stop;
-        if (Status s = readRun(window, box.body, *header, track->second); !s) return s.error();
+        const auto track = movie.tracks.find(header->track);
+        if (track == movie.tracks.end()) return Walk::stop;
+        if (Status s = readRun(window, box.body, *header, track->second, movie.entriesRead); !s) return s.error();
         return Walk::on;
     });
 }
@@ -153,12 +159,12 @@ Result<MovieExtends> parseMovieExtends(Window& window, Extent body)
     return extends;
 }
 
-Status readMovieFragment(Window& window, const Box& fragment, FragmentedTracks& tracks)
+Status readMovieFragment(Window& window, const Box& fragment, MovieExtends& movie)
 {
     Position position = Position::firstInFragment;
     constexpr FourCC kWanted[] = {FourCC{"traf"}};
     return forEachBox(window, fragment.body, kWanted, [&](const Box& box) -> Result<Walk> {
-        Status read = readTrackFragment(window, fragment, box.body, position, tracks);
+        Status read = readTrackFragment(window, fragment, box.body, position, movie);
         if (!read) return read.error();
         position = Position::later;
         return Walk::on;

@@ -29,6 +29,7 @@ using FragmentedTracks = std::unordered_map<std::uint32_t, TrackFragments>;
 struct MovieExtends {
     std::uint64_t duration = 0; ///< of movie and fragments, in units of the movie's timescale; 0: not said ('mehd')
     FragmentedTracks tracks;
+    std::uint64_t entriesRead = 0; ///< samples of all runs whose durations were read one by one
 };
 
 /// \return truncated, malformed or limit
@@ -36,8 +37,8 @@ struct MovieExtends {
 Result<MovieExtends> parseMovieExtends(Window& window, Extent body);
 
 /// Adds one movie fragment ('moof') to the tracks that it belongs to; tracks that were not announced are stepped over.
-/// \return truncated, malformed or limit; what had been added before stays
+/// \return truncated, malformed or limit (kMaxRunEntries); what had been added before stays
 /// Source: ISO/IEC 14496-12, 8.8.4 to 8.8.8.
-Status readMovieFragment(Window& window, const Box& fragment, FragmentedTracks& tracks);
+Status readMovieFragment(Window& window, const Box& fragment, MovieExtends& movie);
 
 } // namespace zanfcp::quicktime

@@ -25,6 +25,10 @@ inline constexpr std::uint32_t kMaxTimeToSampleEntries = 512;
 /// Entries of one table that are walked to find the first timecode sample.
 inline constexpr std::uint32_t kMaxEntriesToFirstSample = 4096;
 
+/// Samples of fragments whose durations are read one by one, over the whole file: nine tracks of a day at 60 frames a
+/// second are 47 million.
+inline constexpr std::uint64_t kMaxRunEntries = 1U << 26;
+
 /// Longest text taken from a file, such as a reel name.
 inline constexpr std::size_t kMaxTextBytes = 1024;
 

@@ -148,6 +148,7 @@ TEST(MovieProperties, DurationIsTheProductOfFloats)
         // Exact: 25000001. Floats hold even numbers only there.
         {"beyond whole numbers in a float", 25, 1, 100, 100000004, 25000002, 25},
         {"no length", 25, 1, 600, 0, 0, 25},
+        {"more than an integer holds", 0xFFFFFFFF, 1, 1, 0xFFFFFFFE, NSIntegerMax - 1, 4294967296},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);

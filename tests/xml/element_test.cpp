@@ -109,7 +109,7 @@ TEST(Element, RefusedChildIsLoggedAndLeavesTheTree)
     ASSERT_EQ(log.errors().size(), 2u);
     EXPECT_EQ(log.errors()[0], "PELElement: Child is nil");
     EXPECT_THAT(log.errors()[1], MatchesRegex("PELElement: Cannot add child: <PELElement: 0x[0-9a-f]+> "
-                                              "key: \"in\" value: \"7\" identifier: \"\""));
+                                              "key: \"in\" value: \"7\" identifier: \"\\(null\\)\""));
 }
 
 TEST(Element, LeafTakesNoChildrenByKeyAndSaysNothing)

@@ -1,10 +1,15 @@
+#include "media/quicktime/limits.h"
 #include "tests/media/quicktime/ReadAsset.h"
 #include "tests/support/MovieBuilder.h"
+#include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 using namespace zanfcp;
 using namespace zanfcp::test;
+using quicktime::Asset;
 
 namespace {
 
@@ -96,6 +101,25 @@ TEST(Fragments, AddUpWhereTheMovieSaysNothing)
         EXPECT_EQ(asset->duration().seconds(), c.seconds);
         EXPECT_EQ(asset->tracks()[0].nominalFrameRate, c.rate);
     }
+}
+
+TEST(Fragments, RunsOfMoreSamplesThanADayHasAreNotRead)
+{
+    constexpr std::uint32_t kCount = quicktime::kMaxRunEntries + 1;
+    constexpr std::uint32_t kRunSize = 16 + 4 * kCount; // a length for each sample
+    const Bytes header = atom("tfhd", Bytes{}.u32(0x020000).u32(1));
+    const auto trackSize = static_cast<std::uint32_t>(8 + header.size() + kRunSize);
+    const Bytes hole = Bytes{}.u32(8 + trackSize).text("moof").u32(trackSize).text("traf").add(header);
+    const Bytes movie = movieFile(emptyMovie(announced())).add(fragment(trackFragment(1, plainRun(50))));
+
+    const TempFolder folder;
+    const Bytes start = Bytes{movie}.add(hole).u32(kRunSize).text("trun").u32(0x0100).u32(kCount);
+    const std::string path = folder.write("endless.mov", start.str());
+    std::filesystem::resize_file(path, movie.size() + 8 + trackSize);
+    const auto asset = Asset::open(path);
+    ASSERT_TRUE(asset) << asset.error().text();
+    EXPECT_EQ(asset->duration().seconds(), 2); // of the fragment before
+    EXPECT_LE(asset->counts().bytes, 8U << 10);
 }
 
 TEST(Fragments, HoldTheFirstTimecodeSample)
