@@ -16,6 +16,14 @@ function(zanfcp_test name)
     gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 300)
 endfunction()
 
+# mxf_test(NAME a.cpp …)
+# The same for the MXF library, which is tested without the framework.
+function(mxf_test name)
+    add_executable(${name} ${ARGN})
+    target_link_libraries(${name} PRIVATE tamrelmxf zanfcp_warnings zanfcp_test_files GTest::gmock GTest::gtest_main)
+    gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 300)
+endfunction()
+
 # zanfcp_fuzz_target(NAME a.cpp) — seeds in fuzz/corpus/NAME, dictionary in fuzz/NAME.dict where there is one.
 function(zanfcp_fuzz_target name)
     add_executable(fuzz_${name} ${ARGN})

@@ -1,0 +1,2 @@
+zanfcp_fuzz_target(mxf_partitions mxf_partitions.cpp)
+target_link_libraries(fuzz_mxf_partitions PRIVATE tamrelmxf)

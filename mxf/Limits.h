@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+/// What a hostile or broken file may cost at most. Every loop, recursion and allocation that a file
+/// controls is held against one of these figures or against the bytes that are really there.
+namespace TamrelMxf {
+
+/// The value of one KLV that is loaded into memory. Essence is never loaded this way; the largest
+/// values in practice are index tables, 27 bytes an edit unit: five million of them still fit.
+inline constexpr std::int64_t kMaxKlvValueBytes = std::int64_t{256} << 20;
+
+/// The value of a partition pack: 80 bytes and 16 for each essence container.
+inline constexpr std::int64_t kMaxPartitionPackBytes = std::int64_t{64} << 10;
+
+/// What may stand before the header partition (SMPTE ST 377-1, 6.5).
+inline constexpr std::size_t kMaxRunInBytes = 65'535;
+
+/// The header metadata of one partition. Real ones hold some kilobytes, a few megabytes with descriptive
+/// metadata.
+inline constexpr std::size_t kMaxHeaderMetadataBytes = std::size_t{64} << 20;
+
+/// Entries of a random index pack. A partition a second for a whole day makes 86,400.
+inline constexpr std::size_t kMaxPartitions = 100'000;
+
+/// KLVs looked at, one after the other, in search of a partition in a file that does not list them.
+inline constexpr int kMaxKlvsWalked = 4096;
+
+/// Fill items, and index table segments that the pack does not count, stepped over at one place.
+inline constexpr int kMaxFillsInARow = 16;
+inline constexpr int kMaxIndexSegmentsInARow = 4096;
+
+/// One step of an allocation for data whose real size is not known.
+inline constexpr std::size_t kReadStepBytes = std::size_t{1} << 20;
+
+/// How deep sets may own sets. A preface owns a track's timecode through four others; descriptive
+/// frameworks reach seven or eight.
+inline constexpr int kMaxReferenceDepth = 32;
+
+/// How many packages a chain from a clip back to its tape may pass.
+inline constexpr int kMaxPackageChain = 64;
+
+/// Broken references that are kept for a report; the rest are counted.
+inline constexpr std::size_t kMaxModelNotes = 64;
+
+} // namespace TamrelMxf
