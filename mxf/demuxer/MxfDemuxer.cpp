@@ -76,6 +76,7 @@ void CMxfDemuxer::Close()
     leaders_ = {};
     streams_ = {};
     duration_ = {};
+    startTimecode_ = {};
     model_ = {};
     scanner_.Reset(logger_, client_.get(), GetLazyIndexLoading());
     reader_.Attach(nullptr, 0, logger_);
@@ -199,6 +200,7 @@ void CMxfDemuxer::LinkEverything()
     formats_.reserve(streams_.size());
     for (const SStreamLink& link : streams_)
         formats_.push_back(DescribeStream(link));
+    startTimecode_ = FindStartTimecode(model_);
     SetOffsets();
 }
 
@@ -265,7 +267,7 @@ int CMxfDemuxer::GetFileInfo(mxf_file_info* info)
         CalculateDuration();
     }
     const CPartitionPack& header = *scanner_.HeaderPartition();
-    const SStartTimecode timecode = StartTimecode();
+    const SStartTimecode& timecode = startTimecode_;
     const SMarks marks = FindMarks(model_);
     info->duration = duration_.editUnits;
     info->edit_rate_num = duration_.editRate.num;
@@ -324,7 +326,11 @@ int CMxfDemuxer::GetStreamFormat(int stream, mxf_stream_format* format, bool wit
     if (stream < 0 || std::cmp_greater_equal(stream, leaders_.size())) return kOutOfRange;
     const std::size_t index = leaders_[static_cast<std::size_t>(stream)];
     FillRecord(*format, formats_[index], offsets_[index], withExtraData);
-    if (!probeEssence || DetectMuxingMode() != EMuxingMode::singleStream) return kSuccess;
+    const SRational timecodeRate = startTimecode_.start.editRate;
+    format->timecode_rate_num = timecodeRate.num;
+    format->timecode_rate_den = timecodeRate.den;
+    const bool isAlone = streams_.size() == 1 && DetectMuxingMode() == EMuxingMode::singleStream;
+    if (!probeEssence || !isAlone) return kSuccess;
     const CPartitionPack& header = *scanner_.HeaderPartition();
     const EWrapping found = ProbeWrapping(*source_, Dict(), header, format->body_sid, duration_.editUnits);
     if (found != EWrapping::unknown) format->wrapping = static_cast<std::uint32_t>(found);

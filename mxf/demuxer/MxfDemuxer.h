@@ -83,7 +83,7 @@ public:
     const std::vector<SStreamLink>& Streams() const { return streams_; }
     const CPartitionScanner& Partitions() const { return scanner_; }
     const SDuration& Duration() const { return duration_; }
-    SStartTimecode StartTimecode() const { return FindStartTimecode(model_); }
+    const SStartTimecode& StartTimecode() const { return startTimecode_; }
     EMuxingMode DetectMuxingMode() const;
 
 private:
@@ -113,6 +113,7 @@ private:
     std::vector<std::size_t> leaders_;   // the streams that the indexes of callers stand for
     std::unique_ptr<CFrameworkList> frameworks_;
     SDuration duration_;
+    SStartTimecode startTimecode_;
 };
 
 } // namespace TamrelMxf

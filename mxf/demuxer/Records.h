@@ -67,7 +67,9 @@ struct mxf_stream_format {
     char codec_name[64];                ///< NUL-terminated
     std::int32_t edit_rate_num;
     std::int32_t edit_rate_den;
-    std::int64_t start_offset; ///< edit units of the essence in front of the first one that is played
+    std::int64_t start_offset;      ///< edit units of the essence in front of the first one that is played
+    std::int32_t timecode_rate_num; ///< frames a second of the timecode that starts the clip; 0/0 without one
+    std::int32_t timecode_rate_den;
     double frame_rate;
     std::uint32_t frame_rate_code; ///< rate x 100, rounded: 2398, 2500, 2997
     std::uint32_t bit_rate;        ///< bit/s
