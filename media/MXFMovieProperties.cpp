@@ -27,11 +27,13 @@ struct FreeDemuxer {
     }
 };
 
-void printLine(const char* prefix, const char* format, va_list arguments)
+std::FILE* messageStream = stdout;
+
+void printLine(std::FILE* stream, const char* prefix, const char* format, va_list arguments)
 {
-    std::fputs(prefix, stdout);
-    std::vfprintf(stdout, format, arguments);
-    std::fputc('\n', stdout);
+    std::fputs(prefix, stream);
+    std::vfprintf(stream, format, arguments);
+    std::fputc('\n', stream);
 }
 
 /// One row of the XDCAM table: the codes of a family and a width by frame rate.
@@ -108,19 +110,24 @@ NSInteger framesOfTimecode(const mxf_file_info& info, const mxf_stream_format& f
 
 void CMyLogger::DoLogError(const char* format, va_list arguments)
 {
-    printLine("Error: ", format, arguments);
+    printLine(stream_, "Error: ", format, arguments);
 }
 void CMyLogger::DoLogWarning(const char* format, va_list arguments)
 {
-    printLine("", format, arguments);
+    printLine(stream_, "", format, arguments);
 }
 void CMyLogger::DoLogInfo(const char* format, va_list arguments)
 {
-    printLine("", format, arguments);
+    printLine(stream_, "", format, arguments);
 }
 void CMyLogger::DoLogDebug(const char* format, va_list arguments)
 {
-    printLine("", format, arguments);
+    printLine(stream_, "", format, arguments);
+}
+
+void setMXFMessageStream(std::FILE* stream)
+{
+    messageStream = stream;
 }
 
 NSInteger timebaseFromFrameInfo(std::uint32_t code)
@@ -165,7 +172,7 @@ void propagateMXFCodecInfo(PELMovieProperties& properties, const mxf_stream_form
 
 std::int32_t readMXFProperties(const FileURL& url, PELMovieProperties& properties, const PELDictionary& options)
 {
-    CMyLogger logger; // outlives the demuxer
+    CMyLogger logger{messageStream}; // outlives the demuxer
     const std::unique_ptr<TamrelMxf::CMxfDemuxer, FreeDemuxer> demuxer{mxfDemuxNew()};
     if (!demuxer) {
         std::fputs("MXF Demuxer: Unable to create MXF Demuxer\n", stderr);

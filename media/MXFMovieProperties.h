@@ -6,17 +6,28 @@
 
 #include <cstdarg>
 #include <cstdint>
+#include <cstdio>
 
 namespace zanfcp {
 
-/// Prints what the MXF library reports to standard output, a line a message; errors begin with "Error: ".
+/// Prints what the MXF library reports, a line a message; errors begin with "Error: ".
 class CMyLogger final : public CSnitcher {
 public:
+    /// \param stream  borrowed; stays open as long as the sink is used
+    explicit CMyLogger(std::FILE* stream = stdout) : stream_{stream} {}
+
     void DoLogError(const char* format, va_list arguments) override;
     void DoLogWarning(const char* format, va_list arguments) override;
     void DoLogInfo(const char* format, va_list arguments) override;
     void DoLogDebug(const char* format, va_list arguments) override;
+
+private:
+    std::FILE* stream_;
 };
+
+/// Where the messages go while MXF properties are read: standard output, unless a program that writes its results
+/// there says otherwise. \param stream  borrowed for the rest of the process
+void setMXFMessageStream(std::FILE* stream);
 
 /// Fills `properties`, all zero before, from an MXF file. A file that is still being written or not there yet is
 /// waited for, some ten seconds.

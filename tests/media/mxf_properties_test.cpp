@@ -177,8 +177,23 @@ TEST(MXFProperties, UnreadableFileIsRefusedWithItsReason)
     properties.width = 77;
     EXPECT_EQ(PELGetPropertiesOfMovieAtURL(url, properties, {}), -38);
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "MXF Demuxer: Unable to open MXF Demuxer with error -1\n");
-    EXPECT_THAT(testing::internal::GetCapturedStdout(), HasSubstr("\nError: parse headers failure, no partition pack\n"));
+    EXPECT_THAT(testing::internal::GetCapturedStdout(),
+                HasSubstr("\nError: parse headers failure, no partition pack\n"));
     EXPECT_EQ(properties, PELMovieProperties{});
+}
+
+TEST(MXFProperties, MessagesGoWhereAProgramWantsThem)
+{
+    setMXFMessageStream(stderr);
+    testing::internal::CaptureStderr();
+    testing::internal::CaptureStdout();
+    const TempFolder folder;
+    const FileURL url = FileURL::fileURLWithPath(folder.write("noise.mxf", std::string(70'000, 'x')));
+    PELMovieProperties properties;
+    EXPECT_EQ(PELGetPropertiesOfMovieAtURL(url, properties, {}), -38);
+    setMXFMessageStream(stdout);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+    EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("Error: parse headers failure"));
 }
 
 TEST(MXFProperties, OfFilesThatFfmpegMakes)
