@@ -2,6 +2,7 @@
 #include "cli/Console.h"
 #include "cli/HelpText.h"
 #include "cli/Suggestion.h"
+#include "media/MXFMovieProperties.h"
 
 #include <algorithm>
 #include <exception>
@@ -123,6 +124,7 @@ void holdStandardStreams()
 int runProgram(int argc, const char* const* argv)
 {
     holdStandardStreams();
+    setMXFMessageStream(stderr); // standard output is for results
     Console console;
     ExitCode code = kFailed;
     try {

@@ -1,6 +1,7 @@
 #include "media/PELMovieProperties.h"
 
 #include "media/FixedText.h"
+#include "media/MXFMovieProperties.h"
 #include "media/MovieReading.h"
 #include "media/ZANFCPAdditions.h"
 #include "platform/Format.h"
@@ -50,6 +51,7 @@ std::int32_t PELGetPropertiesOfMovieAtURL(const FileURL& url, PELMovieProperties
 {
     properties = {};
     if (url.pathExtension() == "mov") return readMovie(url, properties, options);
+    if (url.pathExtension() == "mxf") return readMXFProperties(url, properties, options);
     return kUnreadable;
 }
 

@@ -54,7 +54,7 @@ struct PELMovieProperties {
 /// the real rate of its timecode track, truncated to frames. Without it such a file has duration 0.
 inline constexpr char PELMeasureSoundFiles[] = "measureSoundFiles";
 
-/// Fills `properties` (zeroed first) from the file at `url`, chosen by its extension, case-sensitively: "mov".
+/// Fills `properties` (zeroed first) from the file at `url`, chosen by its extension, case-sensitively: "mov" or "mxf".
 /// \param options  only "interlaced" and "measureSoundFiles" are read
 /// \return 0, or -38 for an unknown extension or an unreadable file, `properties` then all zero.
 /// Selects the rate of the file's timecode process-wide; read files one after another.

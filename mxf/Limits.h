@@ -41,6 +41,9 @@ inline constexpr int kMaxReferenceDepth = 32;
 /// How many packages a chain from a clip back to its tape may pass.
 inline constexpr int kMaxPackageChain = 64;
 
+/// Names and values of descriptive metadata that are put into words, of a whole file.
+inline constexpr std::size_t kMaxFrameworkTexts = 65'536;
+
 /// Broken references that are kept for a report; the rest are counted.
 inline constexpr std::size_t kMaxModelNotes = 64;
 

@@ -105,8 +105,13 @@ void CPartitionScanner::ReadMetadata()
         if (fill.IsIndefinite() || size > kMaxHeaderMetadataBytes || at + size > kMaxHeaderMetadataBytes) break;
         at += size;
     }
-    const std::size_t end =
+    std::size_t end =
         at + static_cast<std::size_t>(std::min<std::uint64_t>(pack.extent.headerByteCount, kMaxHeaderMetadataBytes));
+    // A file that ends as it should does not grow into a false count.
+    const std::int64_t left = reader_.Source()->GetSize() - probePosition_;
+    if (left >= 0 && end > static_cast<std::uint64_t>(left) &&
+        CRandomIndexPack::LoadFromEnd(*reader_.Source(), dict_, runInCorrection_, false))
+        end = static_cast<std::size_t>(left);
     (void)EnsureProbe(end); // what is there is parsed, also of a file that was cut
     metadataEnd_ = std::min(end, probe_.size());
     metadataBegin_ = std::min(at, metadataEnd_);

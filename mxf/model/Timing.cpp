@@ -117,6 +117,7 @@ STimecode ToTimecode(const CMxfPackage& package, const CMxfTrack& track, const C
             .base = clip.timecodeBase.value_or(0),
             .dropFrame = clip.dropFrame.value_or(false),
             .trackNumber = track.number.value_or(0),
+            .editRate = track.editRate.value_or(SRational{}),
             .package = &package};
 }
 

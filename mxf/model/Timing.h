@@ -50,6 +50,7 @@ struct STimecode {
     std::uint16_t base = 0; ///< rounded frames a second, 0 when not stated
     bool dropFrame = false;
     std::uint32_t trackNumber = 0;
+    SRational editRate; ///< of the track: frames a second, exactly; 0/0 when not stated
     const CMxfPackage* package = nullptr;
 };
 

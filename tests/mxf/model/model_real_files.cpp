@@ -6,35 +6,21 @@
 #include "mxf/model/StreamFormat.h"
 #include "mxf/model/Timing.h"
 #include "platform/FourCC.h"
+#include "tests/support/ShellTools.h"
 #include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <string>
 #include <vector>
 
 using namespace TamrelMxf;
 using zanfcp::FourCC;
+using zanfcp::test::askFfprobe;
+using zanfcp::test::succeeds;
 using zanfcp::test::TempFolder;
 
 namespace {
-
-/// Runs a command of the shell quietly. \return true when it ended well
-bool Succeeds(const std::string& command)
-{
-    return std::system((command + " >/dev/null 2>&1").c_str()) == 0;
-}
-
-/// What another reader answers, up to the first comma.
-std::string Ask(const TempFolder& folder, const std::string& question, const std::string& path)
-{
-    const std::string file = folder.file("answer");
-    if (std::system(("ffprobe -v error -of csv=p=0 " + question + " " + path + " >" + file).c_str()) != 0)
-        return "failed";
-    const std::string text = zanfcp::test::readFile(file);
-    return text.substr(0, text.find_first_of(",\n"));
-}
 
 /// The header metadata of the first partition of a file.
 struct RealFile {
@@ -258,7 +244,7 @@ const Case kCases[] = {
 
 TEST(RealFiles, SayHowTheyWereMade)
 {
-    if (!Succeeds("ffmpeg -version")) GTEST_SKIP() << "no ffmpeg";
+    if (!succeeds("ffmpeg -version")) GTEST_SKIP() << "no ffmpeg";
     const TempFolder folder;
     for (const Case& c : kCases) {
         SCOPED_TRACE(c.name);
@@ -270,7 +256,7 @@ TEST(RealFiles, SayHowTheyWereMade)
             maps += " -map " + std::to_string(i) + ":a";
         }
         command += maps + " -t 0.5 " + c.arguments + " " + path;
-        ASSERT_TRUE(Succeeds(command)) << command;
+        ASSERT_TRUE(succeeds(command)) << command;
 
         const RealFile file = Read(path);
         const Expected& e = c.expected;
@@ -284,7 +270,7 @@ TEST(RealFiles, SayHowTheyWereMade)
         const SDuration duration = CalculateDuration(file.model);
         EXPECT_GT(duration.editUnits, 5);
         EXPECT_EQ(std::to_string(duration.editUnits),
-                  Ask(folder, "-count_packets -select_streams v -show_entries stream=nb_read_packets", path));
+                  askFfprobe(folder, "-count_packets -select_streams v -show_entries stream=nb_read_packets", path));
         EXPECT_EQ(duration.source, SDuration::ESource::picture);
         const SStartTimecode timecode = FindStartTimecode(file.model);
         EXPECT_EQ(timecode.start.start, e.startTimecode);
@@ -318,16 +304,16 @@ TEST(RealFiles, SayHowTheyWereMade)
             }
         }
         // A second reader agrees on the number of streams.
-        EXPECT_EQ(Ask(folder, "-show_entries format=nb_streams", path), std::to_string(file.streams.size()));
+        EXPECT_EQ(askFfprobe(folder, "-show_entries format=nb_streams", path), std::to_string(file.streams.size()));
     }
 }
 
 TEST(RealFiles, SoundAloneCountsItsOwnEditUnits)
 {
-    if (!Succeeds("ffmpeg -version")) GTEST_SKIP() << "no ffmpeg";
+    if (!succeeds("ffmpeg -version")) GTEST_SKIP() << "no ffmpeg";
     const TempFolder folder;
     const std::string path = folder.file("sound.mxf");
-    ASSERT_TRUE(Succeeds("ffmpeg -y -f lavfi -i sine=r=48000 -t 1 -c:a pcm_s24le -f mxf_opatom " + path));
+    ASSERT_TRUE(succeeds("ffmpeg -y -f lavfi -i sine=r=48000 -t 1 -c:a pcm_s24le -f mxf_opatom " + path));
     const RealFile file = Read(path);
     ASSERT_EQ(file.streams.size(), 1U);
     EXPECT_EQ(file.streams[0].type, EStreamType::sound);

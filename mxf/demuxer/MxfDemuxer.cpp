@@ -1,0 +1,358 @@
+#include "mxf/demuxer/MxfDemuxer.h"
+
+#include "mxf/Limits.h"
+#include "mxf/Status.h"
+#include "mxf/demuxer/Frameworks.h"
+#include "mxf/demuxer/RecordFilling.h"
+#include "mxf/demuxer/WrappingProbe.h"
+#include "mxf/io/BufferedFileSource.h"
+#include "mxf/io/ExternalIoSource.h"
+#include "mxf/klv/PartitionReading.h"
+#include "mxf/metadata/HeaderSets.h"
+#include "mxf/model/FooterUpdate.h"
+
+#include <algorithm>
+#include <limits>
+#include <utility>
+
+namespace TamrelMxf {
+namespace {
+
+const CMxfUlDict& Dict()
+{
+    static const CMxfUlDict dict = [] {
+        CMxfUlDict made;
+        made.Init();
+        return made;
+    }();
+    return dict;
+}
+
+bool LoadsIndexOnDemand(const SUl& operationalPattern)
+{
+    const SOperationalPattern pattern = ParseOperationalPattern(operationalPattern);
+    const bool isOp1b = pattern.itemComplexity == 1 && pattern.packageComplexity == 2;
+    return pattern.IsAtom() || isOp1b;
+}
+
+std::uint32_t ToField(std::int64_t frames)
+{
+    return static_cast<std::uint32_t>(std::clamp<std::int64_t>(frames, 0, std::numeric_limits<std::uint32_t>::max()));
+}
+
+} // namespace
+
+/// The demuxer as the partitions see it.
+class CMxfDemuxer::CClient final : public CPartitionClient {
+public:
+    explicit CClient(CMxfDemuxer& demuxer) : demuxer_{demuxer} {}
+
+    bool HasIndexParser() const override { return false; }
+    int LoadSegmentFromPartition(const CPartitionPack&) override { return kFailed; }
+    void LoadSegments(CRandomIndexPack&) override {}
+    void ScanFooter(const CPartitionPack& footer) override { demuxer_.ScanFooter(footer); }
+
+private:
+    CMxfDemuxer& demuxer_;
+};
+
+CMxfDemuxer::CMxfDemuxer(CWaitClock& clock)
+    : clock_{clock}, reader_{clock}, client_{std::make_unique<CClient>(*this)}, scanner_{reader_, Dict()}
+{
+    reader_.SetCompletenessTest([this] { return IsMxfComplete(); });
+}
+
+CMxfDemuxer::~CMxfDemuxer()
+{
+    CMxfDemuxer::Close();
+}
+
+void CMxfDemuxer::Close()
+{
+    isHeaderParsed_ = false;
+    frameworks_.reset();
+    formats_ = {};
+    offsets_ = {};
+    leaders_ = {};
+    streams_ = {};
+    duration_ = {};
+    startTimecode_ = {};
+    model_ = {};
+    scanner_.Reset(logger_, client_.get(), GetLazyIndexLoading());
+    reader_.Attach(nullptr, 0, logger_);
+    source_.reset();
+}
+
+std::unique_ptr<CMxfDemuxer> CMxfDemuxer::Create(const char* path, const mxf_demuxer_config* config,
+                                                 CLoggerT<CSnitcher> logger)
+{
+    auto demuxer = std::make_unique<CMxfDemuxer>();
+    if (demuxer->Open(path, config, logger.Sink()) != kSuccess) return nullptr;
+    return demuxer;
+}
+
+std::unique_ptr<CMxfDemuxer> CMxfDemuxer::Create(std::unique_ptr<CMediaSource> source, const mxf_demuxer_config* config,
+                                                 CLoggerT<CSnitcher> logger)
+{
+    auto demuxer = std::make_unique<CMxfDemuxer>();
+    if (demuxer->Open(std::move(source), config, logger) != kSuccess) return nullptr;
+    return demuxer;
+}
+
+int CMxfDemuxer::Open(const char* path, const mxf_demuxer_config* config, CSnitcher* sink)
+{
+    if (path == nullptr) return kNullArgument;
+    Start(config, CLoggerT<CSnitcher>{sink});
+    const std::int64_t start = clock_.Now();
+    for (;;) {
+        if (auto source = MakeSource(path)) {
+            Adopt(std::move(source));
+            return OpenSource();
+        }
+        const auto seconds = (clock_.Now() - start) / 1000;
+        if (seconds > config_.timeout) {
+            logger_.LogError("Unable to open file %s after %u seconds", path, static_cast<unsigned>(seconds));
+            return kTimedOut;
+        }
+        clock_.Sleep(kPollMilliseconds);
+    }
+}
+
+int CMxfDemuxer::Open(std::unique_ptr<CMediaSource> source, const mxf_demuxer_config* config,
+                      CLoggerT<CSnitcher> logger)
+{
+    Start(config, logger);
+    Adopt(std::move(source));
+    return OpenSource();
+}
+
+void CMxfDemuxer::Start(const mxf_demuxer_config* config, CLoggerT<CSnitcher> logger)
+{
+    logger_ = logger;
+    Close();
+    config_ = config == nullptr ? mxf_demuxer_config{} : *config;
+}
+
+void CMxfDemuxer::Adopt(std::unique_ptr<CMediaSource> source)
+{
+    source_ = std::move(source);
+    reader_.Attach(source_.get(), config_.timeout, logger_);
+    scanner_.Reset(logger_, client_.get(), GetLazyIndexLoading());
+}
+
+std::unique_ptr<CMediaSource> CMxfDemuxer::MakeSource(const char* path) const
+{
+    constexpr int kMode = 0;
+    if (config_.use_external_io != 0) return CExternalIoSource2::Create(path, config_.io, kMode);
+    return CBufferedFileSource2::Create(path, kMode);
+}
+
+int CMxfDemuxer::OpenSource()
+{
+    const int status = ParseHeaders();
+    if (status != kSuccess) Close();
+    return status;
+}
+
+int CMxfDemuxer::ParseHeaders()
+{
+    const int status = scanner_.FindPartitionWithMetadata();
+    return status == kSuccess ? DoParseHeaders() : status;
+}
+
+int CMxfDemuxer::DoParseHeaders()
+{
+    const CPartitionPack& header = *scanner_.HeaderPartition();
+    if (header.kind != EPartitionKind::header) {
+        logger_.LogError("First partition is not header!");
+        return kFailed;
+    }
+    if (LoadsIndexOnDemand(header.operationalPattern)) {
+        config_.lazy_index_loading = 1;
+        scanner_.SetLazyIndexLoading(true);
+    }
+    const SHeaderSets sets = ReadHeaderSets(scanner_.Metadata());
+    if (sets.sets.Empty()) {
+        logger_.LogError("parse headers failure, no header metadata");
+        return kFailed;
+    }
+    if (sets.isCut) logger_.LogWarning("header metadata is cut short");
+    model_ = BuildHeaderModel(sets);
+    if (model_.noteCount > 0) logger_.LogWarning("%zu broken references in the header metadata", model_.noteCount);
+    LinkEverything();
+    if (streams_.empty()) {
+        logger_.LogError("parse headers failure, no essence track");
+        return kTimedOut;
+    }
+    CalculateDuration();
+    isHeaderParsed_ = true;
+    reader_.SetHeaderParsed(true);
+    return kSuccess;
+}
+
+/// All that points into the model; to be made again whenever the model changes.
+void CMxfDemuxer::LinkEverything()
+{
+    frameworks_.reset();
+    streams_ = LinkStreams(model_);
+    leaders_ = JoinStreams(streams_).Leaders();
+    formats_.clear();
+    formats_.reserve(streams_.size());
+    for (const SStreamLink& link : streams_)
+        formats_.push_back(DescribeStream(link));
+    startTimecode_ = FindStartTimecode(model_);
+    SetOffsets();
+}
+
+void CMxfDemuxer::SetOffsets()
+{
+    offsets_.clear();
+    offsets_.reserve(streams_.size());
+    for (const SStreamLink& link : streams_) {
+        std::int64_t offset = link.track->origin.value_or(0);
+        if (link.materialClip != nullptr) {
+            const std::int64_t start = link.materialClip->startPosition.value_or(0);
+            const SRational own = link.track->editRate.value_or(SRational{});
+            const auto scaled = Rescale(start, link.materialTrack->editRate.value_or(own), own);
+            if (__builtin_add_overflow(offset, scaled.value_or(start), &offset)) offset = 0;
+        }
+        offsets_.push_back(offset);
+    }
+}
+
+void CMxfDemuxer::CalculateDuration()
+{
+    duration_ = TamrelMxf::CalculateDuration(model_);
+}
+
+bool CMxfDemuxer::IsMxfComplete()
+{
+    return scanner_.IsMxfComplete();
+}
+
+EMuxingMode CMxfDemuxer::DetectMuxingMode() const
+{
+    if (!isHeaderParsed_) return EMuxingMode::unknown;
+    return TamrelMxf::DetectMuxingMode(model_, scanner_.HeaderPartition()->operationalPattern);
+}
+
+void CMxfDemuxer::ScanFooter(const CPartitionPack& footer)
+{
+    if (!isHeaderParsed_) return;
+    const std::int64_t at = SkipFill(*source_, footer.extent.position + footer.extent.packSize);
+    const std::int64_t left = source_->GetSize() - at;
+    if (at < 0 || left <= 0) return;
+    const auto most = std::min<std::uint64_t>(static_cast<std::uint64_t>(left), kMaxHeaderMetadataBytes);
+    std::vector<std::uint8_t> bytes(static_cast<std::size_t>(std::min(most, footer.extent.headerByteCount)));
+    if (source_->Seek(at) != 0) return;
+    const std::int64_t got = source_->Read(bytes.data(), bytes.size());
+    bytes.resize(static_cast<std::size_t>(std::max<std::int64_t>(got, 0)));
+
+    const SUpdateReport report = UpdateFromFooter(model_, ReadHeaderSets(bytes));
+    const std::size_t failed = report.tracks.failed + report.sequences.failed + report.descriptors.failed;
+    if (failed > 0) logger_.LogWarning("%zu sets of the footer could not be applied", failed);
+    LinkEverything();
+}
+
+int CMxfDemuxer::GetFileInfo(mxf_file_info* info)
+{
+    if (info == nullptr) return kNullArgument;
+    if (!isHeaderParsed_) return kNotOpen;
+    const std::int64_t size = source_ ? source_->GetSize() : -1;
+    if (info->file_size == size) return kSuccess;
+
+    *info = {};
+    if (!reader_.IsComplete()) {
+        reader_.SetComplete(IsMxfComplete());
+        CalculateDuration();
+    }
+    const CPartitionPack& header = *scanner_.HeaderPartition();
+    const SStartTimecode& timecode = startTimecode_;
+    const SMarks marks = FindMarks(model_);
+    info->duration = duration_.editUnits;
+    info->edit_rate_num = duration_.editRate.num;
+    info->edit_rate_den = duration_.editRate.den;
+    info->file_size = size;
+    info->stream_count = static_cast<std::uint32_t>(leaders_.size());
+    for (std::size_t i = 12; i < SUl::kSize; ++i)
+        info->operational_pattern = info->operational_pattern << 8 | header.operationalPattern.bytes[i];
+    info->complete = reader_.IsComplete() ? 1 : 0;
+    info->drop_frame = timecode.start.dropFrame ? 1 : 0;
+    info->start_timecode = ToField(timecode.start.start);
+    info->source_start_timecode = ToField(timecode.sourceStart);
+    if (model_.preface) std::ranges::copy(model_.preface->instanceUid.bytes, info->instance_uid);
+    info->header_partition_status = static_cast<std::uint32_t>(header.status);
+    info->marker_count = static_cast<std::uint32_t>(model_.markers.size());
+    info->timecode_base = timecode.start.base;
+    info->mark_in = marks.markIn.value_or(-1);
+    info->mark_out = marks.markOut.value_or(-1);
+    info->timebase_track = marks.timebaseTrackId;
+    if (model_.preface) info->version = model_.preface->version.value_or(0);
+    info->identification_count = static_cast<std::uint32_t>(model_.identifications.size());
+    info->timecode_track_number = timecode.start.trackNumber;
+    info->one = 1;
+    info->muxing_mode = static_cast<std::uint32_t>(DetectMuxingMode());
+    return kSuccess;
+}
+
+int CMxfDemuxer::GetIdentification(mxf_identification* identification, int index) const
+{
+    if (identification == nullptr) return kNullArgument;
+    if (!isHeaderParsed_) return kNotOpen;
+    if (index < 0 || std::cmp_greater_equal(index, model_.identifications.size())) return kNoSuchItem;
+    FillRecord(*identification, model_.identifications[static_cast<std::size_t>(index)]);
+    return kSuccess;
+}
+
+int CMxfDemuxer::GetTopPack(mxf_top_pack* pack, bool material, int index) const
+{
+    if (pack == nullptr) return kNullArgument;
+    if (!isHeaderParsed_) return kNotOpen;
+    const CMxfPackage* found = material ? model_.MaterialPackage() : nullptr;
+    int left = index;
+    for (const CMxfPackage& package : model_.packages) {
+        if (found != nullptr || material || index < 0) break;
+        if (package.kind == CMxfPackage::EKind::source && left-- == 0) found = &package;
+    }
+    if (found == nullptr) return kNoSuchItem;
+    FillRecord(*pack, *found);
+    return kSuccess;
+}
+
+int CMxfDemuxer::GetStreamFormat(int stream, mxf_stream_format* format, bool withExtraData, bool probeEssence)
+{
+    if (format == nullptr) return kNullArgument;
+    if (!isHeaderParsed_) return kNotOpen;
+    if (stream < 0 || std::cmp_greater_equal(stream, leaders_.size())) return kOutOfRange;
+    const std::size_t index = leaders_[static_cast<std::size_t>(stream)];
+    FillRecord(*format, formats_[index], offsets_[index], withExtraData);
+    const SRational timecodeRate = startTimecode_.start.editRate;
+    format->timecode_rate_num = timecodeRate.num;
+    format->timecode_rate_den = timecodeRate.den;
+    const bool isAlone = streams_.size() == 1 && DetectMuxingMode() == EMuxingMode::singleStream;
+    if (!probeEssence || !isAlone) return kSuccess;
+    const CPartitionPack& header = *scanner_.HeaderPartition();
+    const EWrapping found = ProbeWrapping(*source_, Dict(), header, format->body_sid, duration_.editUnits);
+    if (found != EWrapping::unknown) format->wrapping = static_cast<std::uint32_t>(found);
+    return kSuccess;
+}
+
+int CMxfDemuxer::GetDmFramework(int index, mxf_dmd_framework* framework, std::uint32_t* count,
+                                const mxf_dmd_framework** list)
+{
+    if (count == nullptr && (framework == nullptr || list != nullptr)) return kNullArgument;
+    if (!isHeaderParsed_) return kNotOpen;
+    if (!frameworks_) frameworks_ = std::make_unique<CFrameworkList>(model_);
+    const std::vector<mxf_dmd_framework>& records = frameworks_->Records();
+    if (framework != nullptr) {
+        if (index < 0 || std::cmp_greater_equal(index, records.size())) return kNoSuchItem;
+        *framework = records[static_cast<std::size_t>(index)];
+    }
+    if (list != nullptr)
+        for (std::size_t i = 0; i < std::min<std::size_t>(*count, records.size()); ++i)
+            list[i] = &records[i];
+    if (count != nullptr) *count = static_cast<std::uint32_t>(records.size());
+    return kSuccess;
+}
+
+} // namespace TamrelMxf
