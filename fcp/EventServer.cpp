@@ -144,8 +144,7 @@ Status EventServer::run()
         auto wakeAt = stopAt.value_or(now + std::chrono::hours(1));
         if (acceptPaused_) wakeAt = std::min(wakeAt, now + kAcceptPause);
         waits.assign(1, {stopping ? -1 : wake_.value(), POLLIN, 0});
-        const bool full = clients_.size() >= settings_.clients || acceptPaused_;
-        waits.push_back({stopping || full ? -1 : listener_.value(), POLLIN, 0});
+        waits.push_back({-1, POLLIN, 0}); // the listener, once it is known whether there is room
         waiting.clear();
         for (auto client = clients_.begin(); client != clients_.end();) {
             const bool gone = !client->connection || (stopping && !client->answer);
@@ -158,6 +157,7 @@ Status EventServer::run()
             client = clients_.erase(client);
         }
         if (stopping && (clients_.empty() || now >= *stopAt)) break;
+        if (!stopping && !acceptPaused_ && clients_.size() < settings_.clients) waits[1].fd = listener_.value();
 
         const auto wait = std::chrono::ceil<std::chrono::milliseconds>(wakeAt - now).count();
         const int ready = ::poll(waits.data(), waits.size(), static_cast<int>(std::max<std::int64_t>(wait, 0)));

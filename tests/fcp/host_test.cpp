@@ -59,7 +59,8 @@ TEST(ProjectHost, NamedProjectsAreKeptApart)
     EXPECT_TRUE(client.sendXMLData(document("two"), inner));
     EXPECT_EQ(client.currentXMLData(), document("two"));
     EXPECT_EQ(client.XMLDataOfProjectAtURL(first), document("one"));
-    EXPECT_TRUE(client.openProjectFile(first) == false) << "it has no file yet";
+    EXPECT_TRUE(client.openProjectFile(first)) << "it is open, though it has no file yet";
+    EXPECT_EQ(client.currentXMLData(), document("one"));
     EXPECT_TRUE(client.sendXMLData(document("three"), first));
     EXPECT_EQ(host.send(test::event("sfcP")), 0) << "saves the current project into its own file";
     EXPECT_TRUE(fs::exists(first.path()));
