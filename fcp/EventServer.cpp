@@ -229,10 +229,9 @@ void EventServer::process(Client& client)
         if (!client.pending.empty()) client.pending.erase(0, client.reader.feed(client.pending));
         if (client.reader.fault() != EventStatus::noErr) return refuse(client, client.reader.fault());
         if (!client.reader.complete()) break;
-        EventMessage event = client.reader.take();
-        const std::uint64_t returnID = event.returnID;
-        EventMessage reply = handler_(std::move(event));
-        reply.returnID = returnID;
+        const EventMessage event = client.reader.take();
+        EventMessage reply = EventMessage::reply(event.returnID);
+        reply.parameters = handler_(event);
         answer(client, std::move(reply));
     }
     std::uint64_t buffered = 0;

@@ -12,6 +12,7 @@
 #include <string>
 #include <sys/types.h>
 #include <unistd.h>
+#include <vector>
 
 namespace zanfcp {
 
@@ -28,8 +29,8 @@ public:
         uid_t user = ::geteuid();                                  ///< whose clients are let in
         EventLimits limits = {};
     };
-    /// Answers one event; the reply's return ID is filled in afterwards. Called on the thread of `run`.
-    using Handler = std::function<EventMessage(EventMessage event)>;
+    /// Answers one event with the parameters of its reply. Called on the thread of `run`.
+    using Handler = std::function<std::vector<EventMessage::Parameter>(const EventMessage& event)>;
 
     /// Starts listening. A socket file that nobody listens on any more is replaced.
     /// \return the server, or an Error: io (the folder is not the user's alone, somebody listens there already, what

@@ -69,7 +69,7 @@ class ZANFCPProjectHost::Desk {
 public:
     explicit Desk(ProjectStore store) : store_{std::move(store)} {}
 
-    EventMessage answer(const EventMessage& event)
+    std::vector<EventMessage::Parameter> answer(const EventMessage& event)
     {
         EventMessage reply = EventMessage::reply(event.returnID);
         if (const Refused refused = handle(event, reply)) {
@@ -77,7 +77,7 @@ public:
                           oneLine(refused->reason).c_str(), static_cast<int>(refused->code));
             (void)reply.add(EventCode::errorNumber, EventDescriptor::long32(refused->code));
         }
-        return reply;
+        return std::move(reply.parameters);
     }
 
     std::unique_ptr<EventServer> server;

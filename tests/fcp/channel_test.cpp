@@ -136,7 +136,7 @@ TEST(Server, OtherUsersAreNotLetIn)
     test::LogCapture log;
     const test::TempFolder place;
     auto server = EventServer::open({.socketPath = place.file("s"), .user = ::geteuid() + 1},
-                                    [](const EventMessage&) { return EventMessage(); });
+                                    [](const EventMessage&) { return std::vector<EventMessage::Parameter>(); });
     ASSERT_TRUE(server);
     std::thread thread([&] { EXPECT_TRUE((*server)->run()); });
     EXPECT_EQ(UnixSocketChannel(place.file("s")).send(test::event("eXML")).status, -609);
@@ -148,8 +148,8 @@ TEST(Server, OtherUsersAreNotLetIn)
 TEST(Server, StopBeforeRunCounts)
 {
     const test::TempFolder place;
-    auto server =
-        EventServer::open({.socketPath = place.file("s")}, [](const EventMessage&) { return EventMessage(); });
+    auto server = EventServer::open({.socketPath = place.file("s")},
+                                    [](const EventMessage&) { return std::vector<EventMessage::Parameter>(); });
     ASSERT_TRUE(server);
     (*server)->stop();
     EXPECT_TRUE((*server)->run());
