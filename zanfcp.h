@@ -1,7 +1,12 @@
 #pragma once
 
-/// Everything a host program needs: read media files, build a project, write and validate the document.
+/// Everything a host program needs: read media files, build a project, write and validate the document, and hand it to
+/// the editing application.
 
+#include "fcp/UnixSocketChannel.h"
+#include "fcp/ZANFCPCommunicator.h"
+#include "fcp/ZANFCPEvent.h"
+#include "fcp/ZANFCPProjectHost.h"
 #include "media/MovieReading.h"
 #include "media/PELFileElement.h"
 #include "media/PELMovieProperties.h"

@@ -36,6 +36,12 @@ Command addBuild(CLI::App& parent);
 Command addValidate(CLI::App& parent);
 Command addLabels(CLI::App& parent);
 Command addTimecode(CLI::App& parent);
+Command addHost(CLI::App& parent);
+Command addSend(CLI::App& parent);
+Command addGet(CLI::App& parent);
+Command addOpen(CLI::App& parent);
+Command addSave(CLI::App& parent);
+Command addClose(CLI::App& parent);
 /// Hidden from help: for packages, which install what it prints. `commands` is borrowed and read when it runs.
 Command addCompletion(CLI::App& parent, const std::vector<Command>& commands);
 Command addMan(CLI::App& parent, const std::vector<Command>& commands);

@@ -78,8 +78,9 @@ ExitCode run(int argc, const char* const* argv, Console& console)
     Switches switches;
     addSwitches(app, switches);
 
-    std::vector<Command> commands = {addInspect(app), addBuild(app), addValidate(app), addLabels(app),
-                                     addTimecode(app)};
+    std::vector<Command> commands = {addInspect(app),  addBuild(app), addValidate(app), addLabels(app),
+                                     addTimecode(app), addHost(app),  addSend(app),     addGet(app),
+                                     addOpen(app),     addSave(app),  addClose(app)};
     commands.reserve(commands.size() + 2);
     commands.push_back(addCompletion(app, commands));
     commands.push_back(addMan(app, commands));

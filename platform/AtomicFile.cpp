@@ -15,7 +15,8 @@ constexpr const char* kOwnDescriptors = "/proc/self/fd";
 
 Error systemError(const std::string& verb, const std::string& path, int code)
 {
-    const Fault fault = code == ENOENT || code == ENOTDIR ? Fault::notFound : Fault::io;
+    const bool full = code == ENOSPC || code == EDQUOT || code == EFBIG;
+    const Fault fault = code == ENOENT || code == ENOTDIR ? Fault::notFound : full ? Fault::limit : Fault::io;
     return Error{.fault = fault, .what = "could not " + verb + " " + path + ": " + std::strerror(code)};
 }
 

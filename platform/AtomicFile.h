@@ -14,14 +14,15 @@ namespace zanfcp {
 /// is replaced, or made.
 class AtomicFile {
 public:
-    /// \return the open file, or an Error: notFound (no such folder), io (no permission, no space, a folder)
+    /// \return the open file, or an Error: notFound (no such folder), limit (no space), io (no permission, a folder)
     static Result<AtomicFile> create(const std::string& path);
 
     AtomicFile(AtomicFile&&) noexcept;
     AtomicFile& operator=(AtomicFile&&) = delete;
     ~AtomicFile();
 
-    /// Appends all of `bytes`. An Error (io) leaves the target as it was; do not go on after one.
+    /// Appends all of `bytes`. An Error (limit: no space or a size limit, io) leaves the target as it was; do not go on
+    /// after one.
     Status write(std::string_view bytes);
     /// Makes the file appear under its name. Call once, last.
     Status commit();

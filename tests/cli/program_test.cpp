@@ -11,7 +11,8 @@ using ::testing::HasSubstr;
 using ::testing::Not;
 using ::testing::StartsWith;
 
-const std::vector<std::string> kCommands = {"inspect", "build", "validate", "labels", "timecode"};
+const std::vector<std::string> kCommands = {"inspect", "build", "validate", "labels", "timecode", "host",
+                                            "send",    "get",   "open",     "save",   "close"};
 
 TEST(Program, HelpTellsANewcomerWhatToType)
 {

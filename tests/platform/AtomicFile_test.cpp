@@ -187,7 +187,7 @@ TEST(AtomicFile, FullDeviceIsAnError)
     ASSERT_TRUE(file);
     const Status written = file->write("x");
     ASSERT_FALSE(written);
-    EXPECT_EQ(written.error().fault, Fault::io);
+    EXPECT_EQ(written.error().fault, Fault::limit);
 }
 
 } // namespace

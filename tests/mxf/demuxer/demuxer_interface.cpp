@@ -353,7 +353,8 @@ TEST(Frameworks, AreListedWithTheirProperties)
     std::vector<std::string> properties;
     for (std::uint32_t i = 0; i < framework.property_count; ++i)
         properties.push_back(std::string(framework.properties[i].name) + "=" + framework.properties[i].value);
-    EXPECT_THAT(properties, testing::UnorderedElementsAre("ClipNumber=A01", "ClipShotObjects.ShotDescription=close-up"));
+    EXPECT_THAT(properties,
+                testing::UnorderedElementsAre("ClipNumber=A01", "ClipShotObjects.ShotDescription=close-up"));
 
     const mxf_dmd_framework* list[2] = {};
     count = 1; // room for one

@@ -1,0 +1,1 @@
+zanfcp_fuzz_target(event_message event_message.cpp)

@@ -1,0 +1,82 @@
+#include "tests/cli/Program.h"
+
+#include <filesystem>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace zanfcp::test {
+namespace {
+
+using ::testing::HasSubstr;
+
+/// A line of the shell with a host beside it, which is terminated afterwards. $S is its socket, $P its folder; the
+/// status is that of `line`, and what the host says and ends with follows it on standard error.
+Outcome besideHost(const TempFolder& folder, const std::string& line)
+{
+    return shell("cd '" + folder.path().string() + "'; P=$PWD/projects; S=$PWD/run/socket; mkdir -p $P\n" +
+                 "$ZANFCP host --projects $P --socket $S 2>host.log & host=$!\n"
+                 "for i in $(seq 500); do [ -S $S ] && break; sleep 0.02; done\n"
+                 "export S P; ( " +
+                 line +
+                 " ); code=$?\nkill $host; wait $host; echo \"host ended with $?\" >&2; cat host.log >&2\n"
+                 "exit $code");
+}
+
+TEST(Host, ProjectGoesFromTheBuilderToTheHostAndBack)
+{
+    const TempFolder folder;
+    const Outcome outcome = besideHost(folder, "set -e\n"
+                                               "$ZANFCP build '" +
+                                                   sample("CAM_A.mov") + "' '" + sample("CAM_B.mov") +
+                                                   "' --multiclip >built.xml\n"
+                                                   "$ZANFCP send - --socket $S <built.xml\n"
+                                                   "$ZANFCP get -o back.xml --socket $S --timeout 20\n"
+                                                   "cmp built.xml back.xml\n"
+                                                   "$ZANFCP get --socket $S | cmp built.xml -\n"
+                                                   "$ZANFCP save $P/show.xml --socket $S\n"
+                                                   "$ZANFCP send built.xml --project $P/show.xml --socket $S\n"
+                                                   "$ZANFCP save --socket $S\n"
+                                                   "$ZANFCP close --socket $S\n"
+                                                   "$ZANFCP open $P/show.xml --socket $S\n"
+                                                   "$ZANFCP close --discard --project $P/show.xml --socket $S\n"
+                                                   "$ZANFCP validate $P/show.xml\n");
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_THAT(outcome.err, HasSubstr("host ended with 0"));
+    EXPECT_THAT(outcome.out, HasSubstr("show.xml: valid"));
+    EXPECT_FALSE(std::filesystem::exists(folder.file("run/socket")));
+}
+
+TEST(Host, RefusalsSayWhatToDo)
+{
+    const TempFolder folder;
+    folder.write("a.xml", "<xmeml version=\"5\"/>");
+    folder.write("broken.xml", "<xmeml version=\"5\">");
+    struct Case {
+        const char* line;
+        const char* message;
+    };
+    const Case cases[] = {
+        {"$ZANFCP get --socket $S", "no project is open (-1728)"},
+        {"$ZANFCP get --socket $S -o out.xml", "no project is open (-1728)"},
+        {"$ZANFCP send broken.xml --socket $S", "no xmeml document"},
+        {"$ZANFCP send missing.xml --socket $S", "missing.xml: no such file"},
+        {"$ZANFCP open $P/../a.xml --socket $S", "must lie in the host's projects folder"},
+        {"$ZANFCP open $P/none.xml --socket $S", "no such file (-43)"},
+        {"$ZANFCP send a.xml --socket $S && $ZANFCP save $P/b.xml --socket $S && $ZANFCP save $P/b.xml --socket $S",
+         "--overwrite replaces it (-48)"},
+        {"$ZANFCP get --socket $S.none", "start the host first: zanfcp host --projects DIR (-600)"},
+        {"$ZANFCP host --projects $P/none --socket $S.2", "could not open the folder"},
+        {"$ZANFCP host --projects . --socket $S", "somebody listens"},
+    };
+    for (const Case& c : cases) {
+        const Outcome outcome = besideHost(folder, c.line);
+        EXPECT_EQ(outcome.status, 1) << c.line << outcome.err;
+        EXPECT_THAT(outcome.err, HasSubstr(c.message)) << c.line;
+    }
+    EXPECT_FALSE(std::filesystem::exists(folder.file("out.xml")));
+    EXPECT_EQ(zanfcp({"get", "--timeout", "0"}).status, 2);
+    EXPECT_EQ(zanfcp({"host"}).status, 2);
+}
+
+} // namespace
+} // namespace zanfcp::test
