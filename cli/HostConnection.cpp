@@ -1,6 +1,7 @@
 #include "cli/HostConnection.h"
 
 #include "cli/Console.h"
+#include "cli/Text.h"
 
 #include <array>
 #include <cstdlib>
@@ -74,7 +75,10 @@ bool sendEvent(ZANFCPEvent& event, const HostConnection& connection, Console& co
 {
     const OSStatus code = event.send();
     if (code == EventStatus::noErr) return true;
-    console.error(meaning(code, connection.socket) + " (" + std::to_string(code) + ")");
+    std::string text = meaning(code, connection.socket) + " (" + std::to_string(code) + ")";
+    const EventDescriptor* reason = event.reply() ? event.reply()->find(EventCode::errorString) : nullptr;
+    if (reason != nullptr && reason->type == EventCode::utf8) text += ": " + printable(reason->bytes);
+    console.error(text);
     return false;
 }
 

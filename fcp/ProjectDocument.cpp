@@ -1,5 +1,7 @@
 #include "fcp/ProjectDocument.h"
 
+#include "fcp/ElementIds.h"
+
 #include <algorithm>
 #include <cstring>
 #include <libxml/SAX2.h>
@@ -191,16 +193,21 @@ Result<std::string> appendToProject(std::string_view project, const ProjectLayou
 {
     if (addedLayout.declaresNames)
         return Error{.fault = Fault::unsupported, .what = "a root with namespaces cannot be joined to another"};
-    std::string joined;
-    joined.reserve(project.size() + addedLayout.contentEnd - addedLayout.contentBegin + 16);
-    joined += project.substr(0, layout.contentEnd);
-    if (layout.emptyRoot) joined += ">";
+    std::string content;
+    content.reserve(addedLayout.contentEnd - addedLayout.contentBegin);
     std::size_t from = addedLayout.contentBegin;
     for (const auto& [begin, end] : addedLayout.importOptions) {
-        joined += added.substr(from, begin - from);
+        content += added.substr(from, begin - from);
         from = end;
     }
-    joined += added.substr(from, addedLayout.contentEnd - from);
+    content += added.substr(from, addedLayout.contentEnd - from);
+    content = withOwnIds(content, project);
+
+    std::string joined;
+    joined.reserve(project.size() + content.size() + 16);
+    joined += project.substr(0, layout.contentEnd);
+    if (layout.emptyRoot) joined += ">";
+    joined += content;
     joined += layout.emptyRoot ? "</xmeml>" + std::string(project.substr(layout.contentEnd + 2))
                                : std::string(project.substr(layout.contentEnd));
     return joined;

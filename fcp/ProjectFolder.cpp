@@ -134,7 +134,7 @@ Granted<ProjectFolder::Place> ProjectFolder::place(std::string_view path) const
         const std::string prefix = root->ends_with('/') ? *root : *root + "/";
         if (path.starts_with(prefix)) return placeOfKey(path.substr(prefix.size()));
     }
-    return Refusal{EventStatus::permErr, "the path lies outside the projects folder"};
+    return Refusal{EventStatus::permErr, "the path lies outside the projects folder " + canonical_};
 }
 
 Granted<ProjectFolder::Place> ProjectFolder::placeOfKey(std::string_view key) const

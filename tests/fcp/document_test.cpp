@@ -40,6 +40,39 @@ TEST(ProjectDocument, ContentGoesBehindWhatIsThere)
     EXPECT_EQ(joined(added, "<xmeml version=\"5\" xmlns:a=\"b\"><a:c/></xmeml>"), "refused");
 }
 
+TEST(ProjectDocument, IdsThatBothDocumentsUseAreMadeDifferent)
+{
+    const auto content = [](std::string_view project, std::string_view added) {
+        const std::string before = "<xmeml version=\"5\">" + std::string(project);
+        const std::string whole =
+            joined(before + "</xmeml>", "<xmeml version=\"5\">" + std::string(added) + "</xmeml>");
+        return whole.substr(before.size(), whole.size() - before.size() - std::string_view("</xmeml>").size());
+    };
+    struct Case {
+        const char* project;
+        const char* added;
+        const char* expected;
+    };
+    const Case cases[] = {
+        {"<clip id='a'/>", "<clip id='b'><file id='c'/></clip>", "<clip id='b'><file id='c'/></clip>"},
+        {"<file id='a'/>", "<file id='a'><name>a</name></file><file id=\"a\"/>",
+         "<file id='a (2)'><name>a</name></file><file id=\"a (2)\"/>"},
+        {"<file id='a'/><clip id='a (2)'/>", "<clip id='a'/><clip id='a (3)'/>",
+         "<clip id='a (4)'/><clip id='a (3)'/>"},
+        {"<clip id='a'/>", "<masterclipid>a</masterclipid><linkclipref >a</linkclipref>",
+         "<masterclipid>a</masterclipid><linkclipref >a</linkclipref>"}, // it refers to what is not its own
+        {"<clip id='a'/>", "<clip id='a'/><masterclipid>a</masterclipid><linkclipref >a</linkclipref><linkclipref/>",
+         "<clip id='a (2)'/><masterclipid>a (2)</masterclipid><linkclipref >a (2)</linkclipref><linkclipref/>"},
+        {"<clip id='a&amp;b'/>", "<clip frame='>' id = 'a&#x26;b'/><clip id='a&#38;b&#xE4;'/>",
+         "<clip frame='>' id = 'a&#x26;b (2)'/><clip id='a&#38;b&#xE4;'/>"},
+        {"<clip id='a'/>", "<!--<clip id='a'/>--><![CDATA[<clip id='a'/>]]><?x id='a'?><clip uid='a'/>",
+         "<!--<clip id='a'/>--><![CDATA[<clip id='a'/>]]><?x id='a'?><clip uid='a'/>"},
+        {"<!--<clip id='a'/>-->", "<clip id='a'/>", "<clip id='a'/>"},
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(content(c.project, c.added), c.expected) << c.added;
+}
+
 TEST(ProjectDocument, LayoutOfLongDocumentsIsExact)
 {
     std::string text = "<xmeml version=\"5\">"; // long enough for many chunks, with tags across their borders
