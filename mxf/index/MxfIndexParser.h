@@ -49,10 +49,11 @@ public:
 
     /// True when there is a table, loaded or waiting to be, for `indexSid`.
     bool HasTable(std::uint32_t indexSid);
-    /// The segments of a table by start position, none twice; empty without one.
-    const std::vector<std::unique_ptr<CMxfIndexSegment>>& Segments(std::uint32_t indexSid);
-    /// Edit units that the table covers without a gap from the first one on; nothing when sizes are constant to the end
-    /// and no duration is stated.
+    /// The segments of a table by start position, none that later ones have replaced; empty without one. They are good
+    /// until the next call of any other operation.
+    const std::vector<const CMxfIndexSegment*>& Segments(std::uint32_t indexSid);
+    /// Edit units that the table covers without a gap, from edit unit 0 on; nothing when sizes are constant to the end
+    /// and no duration is stated. 0 without a table. Noted units do not count.
     std::optional<std::int64_t> CoveredUnits(std::uint32_t indexSid);
     SRational EditRate(std::uint32_t indexSid);
     /// Bytes of every edit unit when they are all of one size.
@@ -72,7 +73,6 @@ public:
     std::optional<std::int64_t> ElementOffset(std::uint32_t indexSid, std::int64_t editUnit, std::size_t element);
 
 private:
-    struct STable;
     struct SImpl;
     std::unique_ptr<SImpl> impl_;
 };

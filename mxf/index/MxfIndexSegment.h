@@ -39,6 +39,9 @@ public:
     SIndexEntry Entry(std::size_t i) const;
     /// Bytes from the start of the edit unit to slice `slice`; 0 for slice 0 and for one that does not exist.
     std::uint32_t SliceOffset(std::size_t entry, std::uint8_t slice) const;
+    /// Entry `number` of the position tables: a fraction of an edit unit.
+    /// \param number  from 1, as SDeltaEntry::posTableIndex counts; 0/0 for one that does not exist
+    SRational PosTable(std::size_t entry, std::uint8_t number) const;
 
     SRational editRate;
     std::int64_t startPosition = 0;
