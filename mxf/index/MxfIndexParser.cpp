@@ -335,8 +335,9 @@ std::optional<std::int64_t> CMxfIndexParser::UnitAtOffset(std::uint32_t indexSid
     std::optional<std::int64_t> unit;
     if (table != nullptr) unit = table->UnitAtOffset(streamOffset);
     const CNotedUnits* const noted = impl_->Noted(indexSid);
-    const auto other = noted != nullptr ? noted->UnitAtOffset(streamOffset) : std::nullopt;
-    return std::max(unit, other); // the table ends where noted units begin
+    auto other = noted != nullptr ? noted->UnitAtOffset(streamOffset) : std::nullopt;
+    if (other && table != nullptr && table->Covers(*other, *other)) other.reset(); // noted before the table came
+    return std::max(unit, other);                                                  // offsets rise with edit units
 }
 
 std::optional<std::int64_t> CMxfIndexParser::ElementOffset(std::uint32_t indexSid, std::int64_t editUnit,
