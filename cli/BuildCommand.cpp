@@ -92,7 +92,7 @@ bool inspectAll(const Arguments& arguments, const PELDictionary& options, Consol
 {
     bool allRead = true;
     for (const std::string& path : arguments.files) {
-        console.beginStep();
+        console.beginStep(path);
         out.push_back(inspectFile(path, options));
         if (out.back().status == 0) continue;
         console.error(path + ": " + out.back().problem);
@@ -175,6 +175,7 @@ ExitCode build(const Arguments& arguments, Console& console)
     std::vector<FileURL> urls;
     for (const InspectedFile& file : recording.inspected)
         urls.push_back(file.url);
+    console.beginStep(); // what there was to say about the files has been said
     recording.files = PELFileElement::fileElementsWithURLs(urls, *options);
     if (recording.files.size() != urls.size()) {
         console.error("a file went away while it was read");

@@ -45,7 +45,7 @@ ExitCode inspect(const Arguments& arguments, Console& console)
     bool anyRead = false;
     bool allRead = true;
     for (const std::string& path : arguments.files) {
-        console.beginStep();
+        console.beginStep(path);
         const InspectedFile file = inspectFile(path, options);
         if (file.status != 0) {
             allRead = false;

@@ -14,17 +14,6 @@ namespace {
 
 constexpr std::int32_t kUnreadable = -38;
 
-/// Why a file cannot even be tried; empty when it can.
-std::string obstacle(const std::string& path)
-{
-    struct stat info {};
-    if (::stat(path.c_str(), &info) != 0) return errno == ENOENT ? "no such file" : std::strerror(errno);
-    if (S_ISDIR(info.st_mode)) return "is a folder";
-    if (!S_ISREG(info.st_mode)) return "is no regular file";
-    if (::access(path.c_str(), R_OK) != 0) return std::strerror(errno);
-    return {};
-}
-
 std::string refusal(const FileURL& url)
 {
     const std::string extension = url.pathExtension();
@@ -65,6 +54,16 @@ nlohmann::ordered_json timecodeJson(const PELTimecode& timecode)
 }
 
 } // namespace
+
+std::string obstacle(const std::string& path)
+{
+    struct stat info {};
+    if (::stat(path.c_str(), &info) != 0) return errno == ENOENT ? "no such file" : std::strerror(errno);
+    if (S_ISDIR(info.st_mode)) return "is a folder";
+    if (!S_ISREG(info.st_mode)) return "is no regular file";
+    if (::access(path.c_str(), R_OK) != 0) return std::strerror(errno);
+    return {};
+}
 
 InspectedFile inspectFile(const std::string& path, const PELDictionary& options)
 {

@@ -18,6 +18,9 @@ struct InspectedFile {
     PELMovieProperties properties; ///< then all zero
 };
 
+/// Why a file cannot even be tried: it is not there, no regular file, or not readable. Empty when it can.
+std::string obstacle(const std::string& path);
+
 /// Reads one file. Only regular files are opened. Selects the rate of the file process-wide.
 /// \param options  as for PELGetPropertiesOfMovieAtURL
 InspectedFile inspectFile(const std::string& path, const PELDictionary& options);
