@@ -44,7 +44,7 @@ Json durationFacts(const SDuration& duration, const STimecode& timecode)
     json["label"] = nullptr;
     json["from"] = word(duration.source);
     if (!isKnown || !hasRate) return json;
-    json["seconds"] = static_cast<double>(duration.editUnits) / duration.editRate.ToDouble();
+    json["seconds"] = static_cast<double>(duration.editUnits) * duration.editRate.den / duration.editRate.num;
     const auto frames = Rescale(duration.editUnits, duration.editRate, timecode.editRate);
     if (frames) json["label"] = maybe(labelAtBase(*frames, timecode.base, timecode.dropFrame));
     return json;

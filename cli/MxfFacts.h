@@ -36,17 +36,26 @@ inline constexpr int kMxfFactsSchema = 1;
 ///   brokenReferences    how many references name a set that is not there or cannot stand there
 Json mxfFacts(const MxfFile& file);
 
-/// One stream of the flat interface by its index: index, kind, codec (name, code, coding, container as labels),
+/// The streams of the flat interface, by its index: index, kind, codec (name, code, coding and container as labels),
 /// wrapping, package (index in "packages"), trackId, trackNumber (eight hexadecimal digits), materialTrackId, bodySid,
-/// indexSid, editRate, startOffset, duration, bitRate, extraDataBytes, locators, labels of sound channels; and one of
-///   picture  width, height (of a frame), stored (width, height), displayed (x, y, width, height), aspectRatio,
-///            interlaced, firstField, frameLayout, depth, subsampling, pixelLayout, gop, profile, level, colour
-///   sound    sampleRate, bits, channels, blockAlign, locked, channelAssignment
-///   data     kind, and what timed text says of itself
+/// indexSid, editRate, startOffset, duration, bitRate (bit/s), extraDataBytes, descriptor (class), channelLabels (kind,
+/// symbol, name, channel, language, title), locators (kind, text); and of these the one that applies, the others null:
+///   picture  width, height (of a frame, without padding), stored (width, height), displayed (x, y, width, height),
+///            aspectRatio, interlaced, firstField (1 or 2), frameLayout, depth, subsampling ("4:2:2"), pixelLayout, gop
+///            (most, mostBPictures, closed, identical), profile, level, colour (transfer, primaries, equations)
+///   sound    sampleRate, bits, channels, blockAlign, locked, aes3, channelAssignment
+///   data     kind, encoding, namespace, languages
 Json streamFacts(const MxfFile& file);
 
-/// The packages: index, kind, umid, name, created, modified, usage, marks, comments, attributes, descriptor (class,
-/// physical facts, locators), tracks: id, number, name, kind, holds, editRate, origin, duration, marks, components.
+/// The packages: index, kind ("material", "source", "other"), class, umid, name, created, modified, usage, markIn,
+/// markOut, comments and attributes (name, value), descriptor (class, parts, physical, locators), tracks: id, number,
+/// name, kind ("timeline", "event", "static"), holds, editRate, origin, duration, markIn, markOut, packageMarkIn,
+/// packageMarkOut, components: kind, class, duration, comments, and by their kind
+///   clip         sourcePackage (index; null when it is not in the file), sourceUmid (null at the end of the chain),
+///                sourceTrackId, startPosition
+///   timecode     label, start (frames), base, dropFrame
+///   descriptive  framework (class), position, comment, trackIds; so has event, without framework
+///   others       alternatives (how many)
 Json packageFacts(const MxfFile& file);
 
 // Parts of these objects.

@@ -120,7 +120,8 @@ MxfFile openMxfFile(const std::string& path, Console& console)
         file.demuxer = std::move(demuxer);
         return file;
     }
-    console.error(path + ": " + refusal(status));
+    const bool isEmpty = file.source && file.source->GetSize() == 0;
+    console.error(path + ": " + (isEmpty ? "is empty" : refusal(status)));
     console.stepFailed();
     return file;
 }

@@ -252,7 +252,7 @@ void addPartitions(Page& page, const Json& partitions)
     const Json& entries = partitions["entries"];
     page.heading("Partitions (" + std::to_string(entries.size()) + ", by the " + text(partitions["way"]) + ")");
     Table table{
-        {"KIND", "STATUS", "OFFSET", "HEADER BYTES", "INDEX BYTES", "BODY SID", "INDEX SID", "BODY OFFSET", "FACTS"}};
+        {"KIND", "STATUS", "OFFSET", "HEADER BYTES", "INDEX BYTES", "BODY SID", "INDEX SID", "BODY OFFSET", "NOTE"}};
     const bool isShortened = entries.size() > kMostPartitions;
     const std::size_t hiddenFrom = isShortened ? kMostPartitions - kPartitionsAtTheEnd : entries.size();
     const std::size_t hiddenTo = isShortened ? entries.size() - kPartitionsAtTheEnd : entries.size();
@@ -267,7 +267,7 @@ void addPartitions(Page& page, const Json& partitions)
         }
         table.addRow({text(entry["kind"]), text(entry["status"]), text(entry["offset"]), text(entry["headerBytes"]),
                       text(entry["indexBytes"]), text(entry["bodySid"]), text(entry["indexSid"]),
-                      text(entry["bodyOffset"]), entry["metadata"].get<bool>() ? "from here" : ""});
+                      text(entry["bodyOffset"]), entry["metadata"].get<bool>() ? "metadata read" : ""});
     }
     page.table(table);
     if (!partitions["whole"].get<bool>()) page.note("There may be more: the list could not be followed to its end.");

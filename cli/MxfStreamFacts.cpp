@@ -27,15 +27,6 @@ std::string_view typeWord(EStreamType type)
     return {};
 }
 
-Json codeFacts(std::uint32_t code)
-{
-    if (code == 0) return nullptr;
-    std::string text;
-    for (int shift = 24; shift >= 0; shift -= 8)
-        text += static_cast<char>(code >> shift & 0xFF);
-    return text;
-}
-
 /// "4:2:2" and the like; null for what has no such name.
 Json subsamplingFacts(const SStreamFormat& format)
 {
@@ -174,8 +165,8 @@ Json streamFacts(const MxfFile& file)
         Json json;
         json["index"] = list.size();
         json["kind"] = typeWord(stream.type);
-        json["codec"] = {{"name", known(stream.codecName)},
-                         {"code", codeFacts(stream.codec)},
+        json["codec"] = {{"name", maybe(codecName(stream))},
+                         {"code", maybe(codeText(stream.codec))},
                          {"coding", labelFacts(stream.coding)},
                          {"container", labelFacts(stream.essenceContainer)}};
         json["wrapping"] = word(static_cast<EWrapping>(record.wrapping));

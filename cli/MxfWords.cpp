@@ -1,5 +1,9 @@
 #include "cli/MxfWords.h"
 
+#include "mxf/demuxer/MxfDemuxer.h"
+
+#include <array>
+
 namespace zanfcp::cli {
 
 using namespace TamrelMxf;
@@ -20,6 +24,74 @@ std::string_view labelName(const SUl& label)
     if (const SUlEntry* entry = labelDictionary().Find(label)) return entry->name;
     const SCoding* coding = FindCoding(label);
     return coding == nullptr ? std::string_view{} : coding->name;
+}
+
+std::string_view word(EEssenceKind kind)
+{
+    switch (kind) {
+    case EEssenceKind::unknown: break;
+    case EEssenceKind::uncompressed: return "uncompressed";
+    case EEssenceKind::mpegPicture: return "MPEG";
+    case EEssenceKind::dv: return "DV";
+    case EEssenceKind::avc: return "AVC";
+    case EEssenceKind::hevc: return "HEVC";
+    case EEssenceKind::vc3: return "VC-3";
+    case EEssenceKind::jpeg2000: return "JPEG 2000";
+    case EEssenceKind::proRes: return "ProRes";
+    case EEssenceKind::mpeg4Part2: return "MPEG-4 part 2";
+    case EEssenceKind::vc1: return "VC-1";
+    case EEssenceKind::vc2: return "VC-2";
+    case EEssenceKind::vc5: return "VC-5";
+    case EEssenceKind::jpegXs: return "JPEG XS";
+    case EEssenceKind::ffv1: return "FFV1";
+    case EEssenceKind::d11: return "D-11";
+    case EEssenceKind::raw: return "raw";
+    case EEssenceKind::aces: return "ACES";
+    case EEssenceKind::tiff: return "TIFF";
+    case EEssenceKind::pcm: return "PCM";
+    case EEssenceKind::aLaw: return "A-law";
+    case EEssenceKind::mpegAudio: return "MPEG audio";
+    case EEssenceKind::aac: return "AAC";
+    case EEssenceKind::codedInAes3: return "coded in AES3";
+    case EEssenceKind::ancillary: return "ANC";
+    case EEssenceKind::vbi: return "VBI";
+    case EEssenceKind::timedText: return "timed text";
+    case EEssenceKind::otherData: return "data";
+    }
+    return {};
+}
+
+std::string codecName(const SStreamFormat& format)
+{
+    constexpr auto kFamilies = std::to_array<std::string_view>(
+        {"", " MP@ML", " 422P@ML", " MP@HL", " 422P@HL", " MP@H-14", " HP@ML", " HP@HL", " HP@H-14"});
+    const std::string_view kind = word(format.essenceKind);
+    if (format.essenceKind != EEssenceKind::mpegPicture) return std::string(kind.empty() ? format.codecName : kind);
+    const std::string version = format.profile == 0 ? "" : "-" + std::to_string(format.profile);
+    return std::string(kind) + version +
+           std::string(format.family < kFamilies.size() ? kFamilies[format.family] : std::string_view{});
+}
+
+std::string codeText(std::uint32_t code)
+{
+    std::string text;
+    for (int shift = 24; shift >= 0 && code != 0; shift -= 8)
+        text += static_cast<char>(code >> shift & 0xFF);
+    return text;
+}
+
+std::string pictureCodecOfFile(const std::string& path)
+{
+    CMxfDemuxer demuxer;
+    std::string text;
+    if (demuxer.Open(path.c_str(), nullptr, nullptr) != 0) return text;
+    for (const SStreamLink& link : demuxer.Streams()) {
+        if (link.kind != EDataKind::picture) continue;
+        const SStreamFormat format = DescribeStream(link);
+        const std::string code = codeText(format.codec);
+        text = codecName(format) + (code.empty() ? "" : " (" + code + ")");
+    }
+    return text;
 }
 
 std::string_view word(EPartitionKind kind)
