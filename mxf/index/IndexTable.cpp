@@ -71,7 +71,7 @@ void CIndexTable::Measure(const CMxfIndexSegment& segment)
     isMixed_ = isMixed_ || constantSize_.has_value();
     const auto count = static_cast<std::size_t>(segment.UnitCount());
     for (std::size_t i = 0; i < count; ++i) {
-        const std::int64_t offset = segment.Entry(i).temporalOffset;
+        const std::int64_t offset = segment.TemporalOffset(i);
         mostAhead_ = std::max(mostAhead_, offset);
         mostBehind_ = std::min(mostBehind_, offset);
     }

@@ -53,6 +53,8 @@ public:
     std::size_t EntryCount() const { return entryCount_; }
     /// \param i  below EntryCount()
     SIndexEntry Entry(std::size_t i) const;
+    /// The same as Entry(i).temporalOffset.
+    std::int8_t TemporalOffset(std::size_t i) const;
     /// Bytes from the start of the edit unit to slice `slice`; 0 for slice 0 and for one that does not exist.
     std::uint32_t SliceOffset(std::size_t entry, std::uint8_t slice) const;
     /// Entry `number` of the position tables: a fraction of an edit unit.

@@ -58,35 +58,27 @@ inline Bytes segmentValue(const SegmentSpec& spec)
     if (spec.duration) putItem(value, 0x3F0D, numberOf(*spec.duration, 8));
     if (spec.unitSize) putItem(value, 0x3F05, numberOf(*spec.unitSize, 4));
     if (spec.indexSid) putItem(value, 0x3F06, numberOf(*spec.indexSid, 4));
-    if (!spec.deltas.empty()) {
-        Bytes array = numberOf(std::uint64_t{spec.deltas.size()} << 32 | 6, 8);
-        for (const DeltaSpec& delta : spec.deltas) {
-            putNumber(array, static_cast<std::uint8_t>(delta.posTable), 1);
-            putNumber(array, delta.slice, 1);
-            putNumber(array, delta.delta, 4);
-        }
-        putItem(value, 0x3F09, array);
+    Bytes deltas = numberOf(std::uint64_t{spec.deltas.size()} << 32 | 6, 8);
+    for (const auto& [posTable, slice, delta] : spec.deltas)
+        putNumber(deltas, static_cast<std::uint64_t>(posTable & 0xFF) << 40 | std::uint64_t{slice} << 32 | delta, 6);
+    if (!spec.deltas.empty()) putItem(value, 0x3F09, deltas);
+    const std::size_t size = 11 + 4U * spec.slices + 8U * spec.posTables + spec.surplus;
+    Bytes entries = numberOf(std::uint64_t{spec.entries.size()} << 32 | size, 8);
+    for (const EntrySpec& entry : spec.entries) {
+        const std::size_t end = entries.size() + size;
+        putBytes(entries,
+                 {static_cast<std::uint8_t>(entry.temporal), static_cast<std::uint8_t>(entry.key), entry.flags});
+        putNumber(entries, entry.offset, 8);
+        for (const std::uint32_t slice : entry.slices)
+            putNumber(entries, slice, 4);
+        for (std::uint64_t i = 1; i <= spec.posTables; ++i)
+            putNumber(entries, i << 32 | 7, 8);
+        entries.resize(end, 0xAA);
     }
-    if (!spec.entries.empty()) {
-        const std::size_t size = 11 + 4U * spec.slices + 8U * spec.posTables + spec.surplus;
-        Bytes array = numberOf(std::uint64_t{spec.entries.size()} << 32 | size, 8);
-        for (const EntrySpec& entry : spec.entries) {
-            const std::size_t end = array.size() + size;
-            putNumber(array, static_cast<std::uint8_t>(entry.temporal), 1);
-            putNumber(array, static_cast<std::uint8_t>(entry.key), 1);
-            putNumber(array, entry.flags, 1);
-            putNumber(array, entry.offset, 8);
-            for (const std::uint32_t slice : entry.slices)
-                putNumber(array, slice, 4);
-            for (std::uint8_t i = 0; i < spec.posTables; ++i)
-                putNumber(array, (i + 1ULL) << 32 | 7, 8);
-            array.resize(end, 0xAA);
-        }
-        putItem(value, 0x3F0A, array);
-    }
+    if (!spec.entries.empty()) putItem(value, 0x3F0A, entries);
     // Behind the arrays that depend on them, where writers may put them as well.
-    if (spec.slices > 0) putItem(value, 0x3F08, numberOf(spec.slices, 1));
-    if (spec.posTables > 0) putItem(value, 0x3F0E, numberOf(spec.posTables, 1));
+    if (spec.slices > 0) putItem(value, 0x3F08, {spec.slices});
+    if (spec.posTables > 0) putItem(value, 0x3F0E, {spec.posTables});
     return value;
 }
 

@@ -15,6 +15,8 @@ using testing::Optional;
 
 constexpr std::uint32_t kSid = 2;
 
+using Pairs = std::vector<std::pair<std::int64_t, std::int64_t>>; ///< an edit unit and a number
+
 CMxfIndexParser& import(CMxfIndexParser& parser, const std::vector<SegmentSpec>& segments)
 {
     for (const SegmentSpec& spec : segments) {
@@ -65,13 +67,10 @@ TEST(IndexTables, OverlapsGoToTheLastSegment)
         {"no duration", {{.entries = steps(2, 5, 5)}}, {5, 10, -1}, 1},
         {"both fields of every frame", {{.duration = 2, .entries = steps(5, 0, 7)}}, {0, 14, -1}, 1},
         {"nothing said", {SegmentSpec{}}, {-1}, 0},
-        {"sizes change",
-         {{.start = 0, .duration = 1, .unitSize = 612}, {.start = 1, .duration = 0, .unitSize = 100}},
-         {0, 612, 712, 812},
-         2},
+        {"sizes change", {{.duration = 1, .unitSize = 612}, {.start = 1, .unitSize = 100}}, {0, 612, 712, 812}, 2},
         {"constant sizes follow others",
-         {{.start = 0, .duration = 2, .entries = steps(3, 0, 40)}, {.start = 2, .duration = 2, .unitSize = 100}},
-         {0, 40, 80, 180, -1},
+         {{.duration = 2, .entries = steps(3, 0, 40)}, {.start = 2, .unitSize = 100}},
+         {0, 40, 80, 180},
          2},
     };
     for (const Case& c : cases) {
@@ -94,22 +93,14 @@ TEST(IndexTables, OverlapsGoToTheLastSegment)
 TEST(IndexTables, SizesReachToTheNextUnitOrTheSurplusEntry)
 {
     CMxfIndexParser parser{nullptr, {}};
+    const std::vector<EntrySpec> marked{{70}, {100}, {145}, {}};
+    const std::vector<EntrySpec> falling{{500}, {400}};
     import(parser, {{.start = 0, .duration = 2, .entries = steps(2, 0, 30)},
-                    {.start = 2,
-                     .duration = 2,
-                     .entries =
-                     { {.offset = 70},
-                       {.offset = 100},
-                       {.offset = 145},
-                       {} }},
+                    {.start = 2, .duration = 2, .entries = marked},
                     {.start = 9,
                      .duration = 2,
-                     .entries = {
-                         {.offset = 500},
-                         {.offset = 400 }
-                     } }});
-    const std::vector<std::pair<std::int64_t, std::int64_t>> sizes{{0, 30}, {1, 40}, {2, 30},
-                                                                   {3, 45}, {9, -1}, {10, -1}};
+                     .entries = falling }});
+    const Pairs sizes{{0, 30}, {1, 40}, {2, 30}, {3, 45}, {9, -1}, {10, -1}};
     for (const auto& [unit, size] : sizes)
         EXPECT_EQ(parser.Find(kSid, unit).value().size, size) << unit;
     EXPECT_THAT(parser.CoveredUnits(kSid), Optional(4));
@@ -121,27 +112,9 @@ TEST(IndexTables, ElementsLieInSlices)
 {
     // Two slices, position tables, and entries that are longer than they need be.
     CMxfIndexParser parser{nullptr, {}};
-    import(parser,
-           {{.duration = 2,
-             .slices = 2,
-             .posTables = 2,
-             .deltas = {{0, 0, 0},
-                        {-1, 0, 100},
-                        {2, 1, 0},
-                        {0, 1, 40},
-                        {0, 2, 7},
-                        { 0,
-                          3,
-                          7 }},
-             .entries = {{.offset = 0,
-                          .slices =
-                          { 1000,
-                            2000 }},
-                         {.offset = 5000,
-                          .slices =
-                          { 900,
-                            1800 } }},
-             .surplus = 3 }});
+    const std::vector<DeltaSpec> deltas{{0, 0, 0}, {-1, 0, 100}, {2, 1, 0}, {0, 1, 40}, {0, 2, 7}, {0, 3, 7}};
+    const std::vector<EntrySpec> entries{{0, 0, 0, 0x80, {1000, 2000}}, {5000, 0, 0, 0x80, {900, 1800}}};
+    import(parser, {{.slices = 2, .posTables = 2, .deltas = deltas, .entries = entries, .surplus = 3 }});
     const std::vector<std::int64_t> expected{5000, 5100, 5900, 5940, 6807};
     for (std::size_t i = 0; i < expected.size(); ++i)
         EXPECT_THAT(parser.ElementOffset(kSid, 1, i), Optional(expected[i])) << i;
@@ -154,8 +127,8 @@ TEST(IndexTables, ElementsLieInSlices)
     EXPECT_EQ(segment.deltas[1].posTableIndex, -1);
 
     CMxfIndexParser constant{nullptr, {}};
-    import(constant, {{.unitSize = 1024, .deltas = { {0, 0, 0}, { 0, 0, 512 } } }});
-    EXPECT_THAT(constant.ElementOffset(kSid, 3, 1), Optional(3 * 1024 + 512));
+    import(constant, {{.unitSize = 1024, .deltas = { deltas[0], deltas[1] } }});
+    EXPECT_THAT(constant.ElementOffset(kSid, 3, 1), Optional(3 * 1024 + 100));
     EXPECT_THAT(constant.ConstantSize(kSid), Optional(1024));
     EXPECT_EQ(constant.CoveredUnits(kSid), std::nullopt);
     EXPECT_EQ(constant.EditRate(kSid), (SRational{25, 1}));
@@ -181,7 +154,8 @@ TEST(IndexTables, DisplayOrderIsTheInverseOfTemporalOffsets)
 
     // Offsets that lead nowhere, at both ends of their range and of the table.
     CMxfIndexParser hostile{nullptr, {}};
-    import(hostile, {{.duration = 3, .entries = { {.temporal = -128}, {.temporal = 127}, {.temporal = 1 } } }});
+    const std::vector<EntrySpec> nowhere{{0, -128}, {0, 127}, {0, 1}};
+    import(hostile, {{.entries = nowhere }});
     EXPECT_THAT(hostile.StoredAt(kSid, 0), Optional(0));
     EXPECT_THAT(hostile.StoredAt(kSid, 1), Optional(128));
     EXPECT_EQ(hostile.Find(kSid, 1).value().displayed, 1) << "nothing maps to it";
@@ -235,12 +209,11 @@ TEST(IndexTables, BrokenSegmentsAreKeptAsFarAsTheyGo)
         value.resize(value.size() + bytes);
         return value;
     };
-    Bytes wrapped = entries(9000, 11, 99'000, (99'008 & 0xFFFF));
-    putBytes(wrapped, numberOf(0x3F08000101ULL, 5)); // a slice count behind the array that its length does not reach
-    Bytes late = numberOf(0x3F080001FFULL, 5);
-    putBytes(late, entries(1, 11, 11, 19));
-    Bytes negative = numberOf(0x3F0C0008ULL, 4);
-    putNumber(negative, ~0ULL, 8);
+    const Bytes tooLong = entries(9000, 11, 99'000, 99'008 & 0xFFFF);
+    Bytes withTail = tooLong;
+    putBytes(withTail, numberOf(0x3F08000101ULL, 5));
+    Bytes negative;
+    putItem(negative, 0x3F0C, numberOf(~0ULL, 8));
     putBytes(negative, entries(1, 11, 11, 19));
     const std::vector<Case> cases{
         {"whole", entries(3, 11, 33, 41), kSuccess, 3},
@@ -250,9 +223,8 @@ TEST(IndexTables, BrokenSegmentsAreKeptAsFarAsTheyGo)
         {"other item cut", numberOf(0x3F0C000801020304, 8), kCutShort, 0},
         {"entries too short", entries(3, 10, 33, 41), kFailed, 0},
         {"entries of no size", entries(3, 0, 33, 41), kFailed, 0},
-        {"entries too short for their slices", late, kFailed, 0},
-        {"array longer than its length can say, then slices it has no room for", wrapped, kFailed, 0},
-        {"array longer than its length can say", entries(9000, 11, 99'000, (99'008 & 0xFFFF)), kSuccess, 9000},
+        {"array longer than its length can say", tooLong, kSuccess, 9000},
+        {"and behind it the number of slices it has no room for", withTail, kFailed, 0},
         {"negative start", negative, kFailed, 0},
     };
     for (const Case& c : cases) {
@@ -275,13 +247,12 @@ TEST(IndexTables, BrokenSegmentsAreKeptAsFarAsTheyGo)
 TEST(IndexTables, NotedUnitsStandWhereNoTableDoes)
 {
     CMxfIndexParser parser{nullptr, {}};
-    const std::vector<std::pair<std::int64_t, std::int64_t>> notes{
-        {2, 200}, {3, 300}, {3, 310}, {4, 250}, {4, 400}, {8, 800}, {6, 900}, {6, 600}, {7, 700}, {-1, 0}, {9, -1}};
+    const Pairs notes{{2, 200}, {3, 300}, {3, 310}, {4, 250}, {4, 400}, {8, 800},
+                      {6, 900}, {6, 600}, {7, 700}, {-1, 0},  {9, -1}};
     for (const auto& [unit, offset] : notes)
         parser.NoteUnit(kSid, unit, offset, unit % 2 == 0 ? 0x80 : 0x22);
     EXPECT_FALSE(parser.HasTable(kSid));
-    const std::vector<std::pair<std::int64_t, std::int64_t>> sizes{{2, 100}, {3, 100}, {4, -1},
-                                                                   {6, 100}, {7, 100}, {8, -1}};
+    const Pairs sizes{{2, 100}, {3, 100}, {4, -1}, {6, 100}, {7, 100}, {8, -1}};
     for (const auto& [unit, size] : sizes) {
         const auto found = parser.Find(kSid, unit).value();
         EXPECT_EQ(found.streamOffset, unit * 100);
@@ -293,7 +264,7 @@ TEST(IndexTables, NotedUnitsStandWhereNoTableDoes)
     EXPECT_THAT(parser.StoredAt(kSid, 3), Optional(3));
     EXPECT_THAT(parser.ElementOffset(kSid, 3, 0), Optional(300));
 
-    import(parser, {{.start = 3, .duration = 1, .entries = { {.offset = 333 } } }});
+    import(parser, {{.start = 3, .entries = steps(1, 333, 0) }});
     EXPECT_EQ(parser.Find(kSid, 3).value().streamOffset, 333) << "the table knows better";
     EXPECT_EQ(parser.Find(kSid, 2).value().streamOffset, 200);
     EXPECT_THAT(parser.UnitAtOffset(kSid, 650), Optional(6)) << "behind the table";
