@@ -30,8 +30,8 @@ struct SIndexEntry {
     std::uint64_t streamOffset = 0;
 
     /// True for a picture that is decoded alone: it allows random access, or it is predicted from no other one and
-    /// names none in front of it. The first I picture after an edit or of an open group is such a picture without the
-    /// flag of random access (SMPTE ST 381-1, table of flags); writers that leave all flags at zero mean key frames.
+    /// names none in front of it (flags of SMPTE ST 377-1 and ST 381-1). The I picture of an open group is such a one
+    /// without the flag of random access; writers that leave all flags at zero mean key frames.
     bool IsKey() const { return (flags & kRandomAccess) != 0 || (keyFrameOffset == 0 && (flags & kPredicted) == 0); }
 };
 

@@ -95,7 +95,8 @@ TEST_F(IndexLoading, SegmentsOfAPartitionAreFoundHoweverTheyAreCounted)
         {"counted", file().partition({.indexSID = kSid, .metadata = metadata, .index = both}).essence(50), 0, 10},
         {"fill in front", file().partition({.metadata = metadata, .index = both, .fill = 64}).essence(50), 0, 10},
         {"not counted",
-         file().partition({.metadata = metadata}).fill(40).klv(kIndexKey, segmentValue(entries(0, 5, 10))), 0, 5},
+         file().partition({.metadata = metadata}).fill(40).klv(kIndexKey, segmentValue(entries(0, 5, 10))).essence(9),
+         0, 5},
         {"something else among them", file().partition({.index = withDark}).essence(50), 0, 10},
         {"IndexSID is that of the partition", file().partition({.indexSID = kSid, .index = unnamed}).essence(50), 0, 4},
         {"none", file().partition({.metadata = metadata}).essence(50), kFailed, 0},
@@ -110,7 +111,9 @@ TEST_F(IndexLoading, SegmentsOfAPartitionAreFoundHoweverTheyAreCounted)
         const auto pack = ReadPartitionPackAt(source, dict, 0);
         const std::int64_t before = source.bytesRead;
         EXPECT_EQ(parser.LoadSegmentFromPartition(*pack), c.status) << "asked again";
-        EXPECT_LE(source.bytesRead - before, 4 * 32) << "at most headers, of a partition that may still grow";
+        // Where nothing was found, or the file ends, there may be more the next time.
+        EXPECT_LE(source.bytesRead - before, c.status == kSuccess ? 0 : 4 * 32);
+        EXPECT_FALSE(parser.HasTable(9));
     }
 }
 
@@ -196,7 +199,7 @@ TEST_F(IndexLoading, TheLastPartitionIsBelievedInWhateverOrderTheyAreRead)
     loadRip();
     expectTruth();
     parser.Reset();
-    for (const std::size_t partition : {17, 3, 1, 16, 2}) // the footer is known first when it is looked for
+    for (const std::size_t partition : {17U, 3U, 1U, 16U, 2U}) // the footer is known first when it is looked for
         EXPECT_EQ(loadPartition(file.positionOf(partition)), kSuccess);
     EXPECT_EQ(offsetOf(14), 14000);
     loadRip();
