@@ -181,6 +181,7 @@ TEST(IndexTables, KeyFrames)
         {"key frame is not stated", {key, key, predicted, predicted}, false, 1},
         {"key frame lies out of range", {key, predicted, {.key = -1, .flags = 0x2A}}, false, 0},
         {"key frame in front of the start", {key, {.key = -100, .flags = 0x22}}, false, 0},
+        {"named key frame is none", {key, key, predicted, {.key = -1, .flags = 0x22}}, false, 1},
         {"key frame behind", {key, {.key = 5, .flags = 0x22}}, false, 0},
         {"no key frame at all", {predicted, predicted}, false, 1},
     };
