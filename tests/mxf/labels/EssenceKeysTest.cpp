@@ -34,7 +34,9 @@ TEST(EssenceKeys, TheRowThatTellsMostIsFound)
     for (const Case& c : cases) {
         const SEssenceKey* found = FindEssenceKey(Label(c.key));
         EXPECT_EQ(found == nullptr ? "" : std::string(found->name), c.name == nullptr ? "" : c.name) << c.key;
-        if (found != nullptr && c.name != nullptr) EXPECT_EQ(found->kind, c.kind) << c.key;
+        if (found != nullptr) {
+            EXPECT_EQ(found->kind, c.kind) << c.key;
+        }
     }
     EXPECT_EQ(TrackNumberOf(Label("060E2B34.01020101.0D010301.15010502")), 0x15010502U);
 }
