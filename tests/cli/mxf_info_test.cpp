@@ -140,8 +140,18 @@ MxfBytes annotatedFile()
 {
     using namespace TamrelMxf::test;
     StandardFile file{.materialStart = std::nullopt, .fileStart = std::nullopt, .tapeStart = 100, .tapeClipStart = 25};
-    MxfHeader header = file.Header();
+    MxfHeader header; // of sets with the same Instance UID the first counts: these hold more than the standard ones
+    header.Add(MxfSet("Preface", 1).Refs(0x3B06, {4, 5}).Ref(0x3B03, 2));
+    header.Add(MxfSet("ContentStorage", 2).Refs(0x1901, {100, 200, 300, 500}).Refs(0x1902, {3}));
+    header.Raw(file.Bytes());
     header.Add(MxfSet("Identification", 5).Text(0x3C01, u"evil\x1B[2J\u202E").Text(0x3C02, u"\xD800 lone"));
+    header.Add(
+        MxfSet("PackageMarker", 900).Dynamic("06.0E.2B.34.01.01.01.0A.07.02.01.03.01.0E.00.00", BigEndian(12, 8)));
+    header.Add(MxfSet("SourcePackage", 500).Package(0x4401, 500).Text(0x4402, u"Log").Refs(0x4403, {510}));
+    header.Add(MxfSet("EventTrack", 510).U32(0x4801, 7).Rate(0x4901, 25, 1).Ref(0x4803, 511));
+    header.Add(
+        MxfSet("DMSegment", 511).Ul(0x0201, kDescriptive).I64(0x0601, 40).Text(0x0602, u"good take").Ref(0x6101, 512));
+    header.Add(MxfSet("ClipFramework", 512).Dynamic("06.0E.2B.34.01.01.01.04.01.05.0C.00.00.00.00.00", Hex("413031")));
     return CompleteFile(header.All());
 }
 
@@ -152,13 +162,17 @@ TEST(MxfInfo, TellsOfTapesAndShowsNothingThatSteersTheTerminal)
     const ordered_json facts = info(path);
     EXPECT_EQ(facts["start"]["from"], "tape or other source package");
     EXPECT_EQ(facts["start"]["label"], "00:00:05:00"); // 100 + 25 frames
-    ASSERT_EQ(facts["packages"].size(), 3U);
+    ASSERT_EQ(facts["packages"].size(), 4U);
     EXPECT_EQ(facts["packages"][2]["descriptor"]["physical"]["manufacturer"], "Maker");
     EXPECT_EQ(facts["packages"][1]["tracks"][0]["components"][0]["sourcePackage"], 2);
 
     const Outcome page = zanfcp({"mxf", "info", path});
     EXPECT_EQ(page.status, 0);
-    EXPECT_THAT(page.out, HasSubstr("TapeDescriptor, tape, Maker"));
+    for (const char* shown :
+         {"TapeDescriptor, tape, Maker", "Package markers\n  in 12, ",
+          "7      descriptive, event  25         ClipFramework, at 40, good take",
+          "Descriptive framework: ClipFramework\n  Place           track 7 of a source package, at 40", "A01"})
+        EXPECT_THAT(page.out, HasSubstr(shown));
     EXPECT_THAT(page.out, Not(HasSubstr("\x1B")));
     EXPECT_THAT(page.out, Not(HasSubstr("\u202E")));
 }
