@@ -53,7 +53,8 @@ Command addHost(CLI::App& parent)
     CLI::App* app = parent.add_subcommand("host", "Keep projects in a folder for the commands that send and get them");
     app->add_option("--projects", arguments->projects, "the folder with the project documents")
         ->required()
-        ->type_name("DIR");
+        ->type_name("DIR")
+        ->check(notEmpty());
     addSocketOption(*app, arguments->socket);
     return {
         .app = app,
