@@ -29,9 +29,7 @@ Error systemError(const std::string& what, int code)
 
 Refusal refusedBySystem(const std::string& what, int code)
 {
-    const OSStatus status = code == ENOENT                    ? EventStatus::fnfErr
-                            : code == EACCES || code == EPERM ? EventStatus::permErr
-                                                              : EventStatus::ioErr;
+    const OSStatus status = code == ENOENT ? EventStatus::fnfErr : EventStatus::ioErr;
     return {.code = status, .reason = what + ": " + std::strerror(code)};
 }
 
