@@ -27,6 +27,10 @@ inline constexpr std::size_t kMaxPartitions = 100'000;
 /// KLVs looked at, one after the other, in search of a partition in a file that does not list them.
 inline constexpr int kMaxKlvsWalked = 4096;
 
+/// KLVs of essence stepped over at one look at a file that does not say how long it is: some hundred hours of frames.
+/// The next look goes on from there.
+inline constexpr int kMaxEssenceKlvsALook = 10'000'000;
+
 /// Fill items, and index table segments that the pack does not count, stepped over at one place.
 inline constexpr int kMaxFillsInARow = 16;
 inline constexpr int kMaxIndexSegmentsInARow = 4096;

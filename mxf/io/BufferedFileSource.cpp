@@ -41,7 +41,9 @@ std::int64_t CBufferedFileSource::Write(const void* /*buffer*/, std::size_t /*co
 
 int CBufferedFileSource::Seek(std::int64_t position)
 {
-    return file_ ? fseeko(file_.get(), position, SEEK_SET) : -1;
+    if (!file_) return -1;
+    std::fflush(file_.get()); // gives up what the stream has read ahead: it may be written anew since
+    return fseeko(file_.get(), position, SEEK_SET);
 }
 
 std::int64_t CBufferedFileSource::GetPos()

@@ -229,6 +229,32 @@ int CPartitionScanner::ScanPartitions()
     return kSuccess;
 }
 
+bool CPartitionScanner::RefreshHeader()
+{
+    CMediaSource* const source = reader_.Source();
+    if (source == nullptr || !header_ || header_->kind != EPartitionKind::header) return false;
+    if (const std::int32_t cache = source->GetBufferSize(); cache > 0) { // it holds what was there before
+        (void)source->SetBufferSize(0);
+        (void)source->SetBufferSize(static_cast<std::uint32_t>(cache));
+    }
+    const std::int64_t position = header_->extent.position;
+    auto pack = ReadPartitionPackAt(*source, dict_, position);
+    if (!pack || pack->kind != EPartitionKind::header || !pack->HasMetadata()) return false;
+    const std::int64_t left = source->GetSize() - position - pack->extent.packSize;
+    if (left <= 0 || pack->extent.headerByteCount > static_cast<std::uint64_t>(left)) return false;
+
+    const bool isFinal = pack->IsClosedComplete();
+    header_ = std::move(pack);
+    if (!isFinal && (chosen_ || (footer_ && footer_->HasMetadata()))) return false;
+    const auto known = Metadata();
+    const std::vector<std::uint8_t> before(known.begin(), known.end());
+    chosen_.reset();
+    if (ReadProbe(position, std::min(kProbeBytes, static_cast<std::size_t>(source->GetSize() - position))) < 0)
+        return false;
+    ReadMetadata();
+    return !std::ranges::equal(before, Metadata());
+}
+
 bool CPartitionScanner::IsMxfComplete()
 {
     CMediaSource* const source = reader_.Source();
