@@ -41,9 +41,7 @@ std::int64_t CBufferedFileSource::Write(const void* /*buffer*/, std::size_t /*co
 
 int CBufferedFileSource::Seek(std::int64_t position)
 {
-    if (!file_) return -1;
-    std::fflush(file_.get()); // gives up what the stream has read ahead: it may be written anew since
-    return fseeko(file_.get(), position, SEEK_SET);
+    return file_ ? fseeko(file_.get(), position, SEEK_SET) : -1;
 }
 
 std::int64_t CBufferedFileSource::GetPos()
@@ -81,6 +79,8 @@ int CBufferedFileSource::ApplyBufferSize()
 std::unique_ptr<CBufferedFileSource2> CBufferedFileSource2::Create(const char* path, int mode)
 {
     std::unique_ptr<CBufferedFileSource2> source{new CBufferedFileSource2};
+    // The cache in front is buffer enough: nothing is read twice, nor kept of a file that is written anew meanwhile.
+    (void)source->CBufferedFileSource::SetBufferSize(0);
     if (source->Open(path, mode) != 0) return nullptr;
     return source;
 }

@@ -1,31 +1,62 @@
 #include "mxf/metadata/MetadataSet.h"
 
+#include "mxf/Limits.h"
+
+#include <algorithm>
+#include <array>
+#include <compare>
+#include <cstddef>
 #include <limits>
+#include <memory_resource>
 #include <utility>
 
 namespace TamrelMxf {
+
+/// Reads the items of a set. Their places are put in order first, so that each is made where it stays.
+void CItemMap::Import(std::span<const std::uint8_t> value, std::uint8_t coding)
+{
+    constexpr std::size_t kShortestItem = 5; // an item without a value says nothing and may be cut off
+    struct SPlace {
+        std::uint16_t tag;
+        std::uint32_t at;
+        auto operator<=>(const SPlace&) const = default;
+    };
+    std::array<std::byte, 1024> room; // enough for nearly every set
+    std::pmr::monotonic_buffer_resource pool{room.data(), room.size()};
+    std::pmr::vector<SPlace> places{&pool};
+    places.reserve(room.size() / sizeof(SPlace) / 2);
+    CMetadataItem::SHeader header;
+    for (std::size_t at = 0; value.size() - at >= kShortestItem; at += header.totalSize) {
+        if (CMetadataItem::ReadHeader(value.subspan(at), coding, header) != kSuccess) break;
+        places.push_back({header.tag, static_cast<std::uint32_t>(at)});
+        if (header.exceedsStated) break; // it ends its segment: what follows are entries of its array
+    }
+    std::ranges::sort(places);
+    // Of two items with the same tag the later one stays.
+    const auto last =
+        std::unique(places.rbegin(), places.rend(), [](const SPlace& a, const SPlace& b) { return a.tag == b.tag; });
+    places.erase(places.begin(), last.base());
+
+    entries_.clear();
+    entries_.reserve(places.size());
+    for (const SPlace& place : places) {
+        CEntry& entry = entries_.emplace_back();
+        entry.first = place.tag;
+        (void)entry.second.ImportFrom(value.subspan(place.at), coding);
+    }
+}
 
 CMetadataSet::~CMetadataSet() = default;
 
 int CMetadataSet::ImportFrom(const CKlv* klv)
 {
-    constexpr std::size_t kShortestItem = 5; // an item without a value says nothing and may be cut off
-
     if (klv == nullptr) return kNullArgument;
-    items_.clear();
-    std::span<const std::uint8_t> value = klv->Value();
+    items_ = {};
+    const std::span<const std::uint8_t> value = klv->Value();
     if (value.empty()) return kOutOfRange;
+    if (std::cmp_greater(value.size(), kMaxKlvValueBytes)) return kFailed;
     key_ = klv->Key();
-    while (value.size() >= kShortestItem) {
-        CMetadataItem item;
-        if (item.ImportFrom(value, key_.bytes[5]) != kSuccess) break;
-        const std::size_t stated = item.TotalSize();
-        const bool endsSegment = item.ExceedsStatedLength(); // what follows are entries of its array
-        const std::uint16_t tag = item.Tag();
-        items_.insert_or_assign(tag, std::move(item));
-        if (endsSegment) break;
-        value = value.subspan(stated);
-    }
+    items_.Import(value, key_.bytes[5]);
     return kSuccess;
 }
 
