@@ -52,6 +52,9 @@ inline constexpr std::size_t kMaxNotedRuns = 4096;
 /// One step of an allocation for data whose real size is not known.
 inline constexpr std::size_t kReadStepBytes = std::size_t{1} << 20;
 
+/// Items of one set: no set has more tags.
+inline constexpr std::size_t kMaxItemsOfASet = 65'536;
+
 /// How deep sets may own sets. A preface owns a track's timecode through four others; descriptive
 /// frameworks reach seven or eight.
 inline constexpr int kMaxReferenceDepth = 32;

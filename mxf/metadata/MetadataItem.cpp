@@ -121,12 +121,17 @@ int CMetadataItem::ImportFrom(std::span<const std::uint8_t> data, std::uint8_t c
 {
     Clear();
     SHeader header;
-    if (const int result = ReadHeader(data, coding, header); result != kSuccess) return result;
+    const int result = ReadHeader(data, coding, header);
+    if (result == kSuccess) ImportFrom(data, header);
+    return result;
+}
+
+void CMetadataItem::ImportFrom(std::span<const std::uint8_t> data, const SHeader& header)
+{
     tag_ = header.tag;
     totalSize_ = header.totalSize;
     exceedsStated_ = header.exceedsStated;
     Assign(data.subspan(header.valueStart, header.length));
-    return kSuccess;
 }
 
 } // namespace TamrelMxf

@@ -46,6 +46,8 @@ public:
     /// \return 0; -2 for null data; -9 when the item does not fit into `data`; -11 for an indefinite length
     ///   (a BER length byte of 80). After a failure the item is empty.
     int ImportFrom(std::span<const std::uint8_t> data, std::uint8_t coding);
+    /// The same for an item whose header is read already.
+    void ImportFrom(std::span<const std::uint8_t> data, const SHeader& header);
 
     std::uint16_t Tag() const { return tag_; }
     /// The bytes of the value.

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <array>
-#include <compare>
 #include <cstddef>
 #include <limits>
 #include <memory_resource>
@@ -17,32 +16,35 @@ void CItemMap::Import(std::span<const std::uint8_t> value, std::uint8_t coding)
 {
     constexpr std::size_t kShortestItem = 5; // an item without a value says nothing and may be cut off
     struct SPlace {
-        std::uint16_t tag;
+        CMetadataItem::SHeader header;
         std::uint32_t at;
-        auto operator<=>(const SPlace&) const = default;
     };
-    std::array<std::byte, 1024> room; // enough for nearly every set
+    std::array<std::byte, 2048> room; // enough for nearly every set
     std::pmr::monotonic_buffer_resource pool{room.data(), room.size()};
     std::pmr::vector<SPlace> places{&pool};
     places.reserve(room.size() / sizeof(SPlace) / 2);
-    CMetadataItem::SHeader header;
-    for (std::size_t at = 0; value.size() - at >= kShortestItem; at += header.totalSize) {
-        if (CMetadataItem::ReadHeader(value.subspan(at), coding, header) != kSuccess) break;
-        places.push_back({header.tag, static_cast<std::uint32_t>(at)});
-        if (header.exceedsStated) break; // it ends its segment: what follows are entries of its array
+    for (std::size_t at = 0; value.size() - at >= kShortestItem && places.size() < kMaxItemsOfASet;
+         at += places.back().header.totalSize) {
+        SPlace& place = places.emplace_back();
+        place.at = static_cast<std::uint32_t>(at);
+        if (CMetadataItem::ReadHeader(value.subspan(at), coding, place.header) != kSuccess) {
+            places.pop_back();
+            break;
+        }
+        if (place.header.exceedsStated) break; // it ends its segment: what follows are entries of its array
     }
-    std::ranges::sort(places);
+    std::ranges::sort(places, {}, [](const SPlace& place) { return std::pair{place.header.tag, place.at}; });
     // Of two items with the same tag the later one stays.
-    const auto last =
-        std::unique(places.rbegin(), places.rend(), [](const SPlace& a, const SPlace& b) { return a.tag == b.tag; });
+    const auto last = std::unique(places.rbegin(), places.rend(),
+                                  [](const SPlace& a, const SPlace& b) { return a.header.tag == b.header.tag; });
     places.erase(places.begin(), last.base());
 
     entries_.clear();
     entries_.reserve(places.size());
     for (const SPlace& place : places) {
         CEntry& entry = entries_.emplace_back();
-        entry.first = place.tag;
-        (void)entry.second.ImportFrom(value.subspan(place.at), coding);
+        entry.first = place.header.tag;
+        entry.second.ImportFrom(value.subspan(place.at), place.header);
     }
 }
 
