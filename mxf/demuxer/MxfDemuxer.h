@@ -9,12 +9,14 @@
 #include "../model/Links.h"
 #include "../model/StreamFormat.h"
 #include "../model/Timing.h"
+#include "EssenceWalk.h"
 #include "Records.h"
 #include "StreamGroups.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -35,7 +37,8 @@ public:
     virtual bool IsMxfComplete();
     /// Works out how many edit units of essence lie in front of the first one that is played, for every stream.
     virtual void SetOffsets();
-    /// Works out the duration from the header metadata as it is known now.
+    /// Works out the duration from what is known now: the header metadata, that of the footer included, or else what
+    /// there is of the essence.
     virtual void CalculateDuration();
     virtual ~CMxfDemuxer();
     /// Releases everything that belongs to the open file, the source included.
@@ -96,6 +99,9 @@ private:
     int OpenSource();
     void LinkEverything();
     void ScanFooter(const CPartitionPack& footer);
+    bool RefreshHeader();
+    SDurationSources SourcesBesideHeader();
+    std::optional<SEssenceExtent> MeasureEssence();
 
     CWaitClock& clock_;
     CLoggerT<CSnitcher> logger_;
@@ -112,6 +118,9 @@ private:
     std::vector<SStreamFormat> formats_; // of each stream
     std::vector<std::size_t> leaders_;   // the streams that the indexes of callers stand for
     std::unique_ptr<CFrameworkList> frameworks_;
+    std::optional<CEssenceWalk> walk_; // once the essence had to be measured
+    std::size_t walkedStream_ = 0;
+    bool wasAsked_ = false; // for the file information, since it was opened
     SDuration duration_;
     SStartTimecode startTimecode_;
 };
