@@ -4,7 +4,6 @@
 #include "../io/Snitcher.h"
 #include "../klv/RandomIndexPack.h"
 #include "../labels/UlDict.h"
-#include "../model/Links.h"
 #include "../model/StreamFormat.h"
 #include "EssenceInput.h"
 #include "EssenceRecords.h"
@@ -21,13 +20,19 @@ inline constexpr int kRefused = 1;   ///< a receiver would not take its sample: 
 inline constexpr int kEnded = 2;     ///< nothing is left
 inline constexpr int kNeedsData = 3; ///< the next sample is not there yet
 
-/// One stream as a parser sees it. `format` and `link` belong to the demuxer and outlive the parser.
+/// One stream as a parser sees it.
 struct SEssenceTrack {
-    std::uint32_t stream = 0; ///< as the interface counts
-    const SStreamLink* link = nullptr;
-    const SStreamFormat* format = nullptr;
+    std::uint32_t stream = 0;   ///< as the interface counts
+    SStreamFormat format = {};  ///< a copy: what the demuxer knows may be made again while a file grows
     std::int64_t offset = 0;    ///< edit units of essence in front of the first one that is played
     std::int64_t duration = -1; ///< edit units of essence in all, -1 when the header does not say
+};
+
+/// Where the walk through the partitions begins.
+struct SEssenceStart {
+    std::int64_t position = 0;    ///< of the header partition pack; or behind it, when the rest tells what it said
+    std::uint32_t bodySid = 0;    ///< of the partition that `position` lies in; 0 in front of a pack
+    std::uint64_t bodyOffset = 0; ///< of that partition
 };
 
 /// What the parsers of one demuxer share; borrowed, outlives them.
@@ -36,8 +41,7 @@ struct SEssenceContext {
     const CMxfUlDict& dict;
     CRandomIndexPack& partitions; ///< never asked to read packs when `input` is no file
     CMxfIndexParser* index;       ///< null without one
-    std::int64_t runInCorrection = 0;
-    std::int64_t firstPartition = 0; ///< where the header partition pack lies
+    SEssenceStart start;
     CLoggerT<CSnitcher> logger;
 };
 
