@@ -56,4 +56,7 @@ inline constexpr std::size_t kReadAheadBytes = std::size_t{1} << 20;
 /// Places of damage that are stepped over in one walk through a file.
 inline constexpr int kMaxDamages = 65'536;
 
+/// Edit units that are remembered from a walk through essence without an index table: more than 100 hours of pictures.
+inline constexpr std::size_t kMaxWalkedUnits = 10'000'000;
+
 } // namespace TamrelMxf
