@@ -93,7 +93,7 @@ protected:
         std::int64_t editUnit = 0; ///< stored, of the stream
         std::int64_t duration = 1; ///< edit units of the stream
         std::int64_t position = 0;
-        std::span<const std::uint8_t> bytes;
+        std::span<const std::uint8_t> bytes = {};
         bool isDamaged = false;
         bool isLast = false;
     };

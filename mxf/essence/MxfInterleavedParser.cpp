@@ -1,6 +1,7 @@
 #include "mxf/essence/MxfInterleavedParser.h"
 
 #include "mxf/Status.h"
+#include "mxf/essence/Aes3Unpacking.h"
 #include "mxf/essence/EssenceKeys.h"
 #include "mxf/klv/Keys.h"
 
@@ -85,6 +86,11 @@ int CMxfInterleavedParser::Push()
         piece.duration = std::max<std::int64_t>(ToLane(*lane, piece.unit + 1) - piece.editUnit, 1);
         piece.position = reader_.Klv().value;
         piece.isLast = IsLast(*lane, piece);
+        if (lane->track.format.essenceKind == EEssenceKind::pcm && Aes3::IsEightChannelElement(reader_.Klv().key)) {
+            unpacked_.clear();
+            Aes3::Unpack(piece.bytes, lane->track.format, unpacked_);
+            piece.bytes = unpacked_;
+        }
         if (!Deliver(*lane, piece)) return kRefused;
         reader_.Accept();
         delivered = true;

@@ -48,6 +48,7 @@ private:
     CPackageReader reader_;
     CTrackMatch match_;
     std::size_t served_ = 0; // lanes that took their sample of the package at hand
+    std::vector<std::uint8_t> unpacked_; // samples of an element that holds more than them
 
     // where no index table leads
     bool canGoBack_;

@@ -1,9 +1,7 @@
 #include "mxf/stream/MxfStreamDemuxer.h"
 
 #include "mxf/Status.h"
-#include "mxf/demuxer/StreamGroups.h"
 #include "mxf/model/Links.h"
-#include "mxf/model/StreamFormat.h"
 #include "mxf/stream/HeaderSearch.h"
 #include "mxf/stream/HeaderSource.h"
 
@@ -52,6 +50,7 @@ int CMxfStreamDemuxer::Prepare(const mxf_stream_demuxer_config* config, CSnitche
     mxf_demuxer_config core{};
     core.pointer = reinterpret_cast<void*>(static_cast<std::uintptr_t>(config->core_long));
     core.flag = config->core_word;
+    core.lazy_index_loading = 1; // there is no source to load any from
     Start(&core, CLoggerT<CSnitcher>{sink});
     config_ = *config;
     state_ = kStateFindPartition;
@@ -96,7 +95,7 @@ void CMxfStreamDemuxer::Close()
         parseThreadId_ = std::thread::id{};
     }
     CMxfDemuxer::Close();
-    delivery_.reset();
+    essence_.reset();
     partition_.reset();
     headerBuffer_ = {};
     const std::lock_guard input{inputMutex_};
@@ -275,16 +274,10 @@ bool CMxfStreamDemuxer::ParseHeaderBuf()
     return true;
 }
 
-/// For the container of the first stream that lies in the file.
+/// For the first container of the file.
 void CMxfStreamDemuxer::MakeParser()
 {
-    const std::vector<std::size_t> leaders = JoinStreams(Streams()).Leaders();
-    std::vector<SEssenceTrack> tracks;
-    for (std::size_t i = 0; i < leaders.size(); ++i) {
-        const SStreamLink& link = Streams()[leaders[i]];
-        if (link.IsInFile() && (tracks.empty() || tracks.front().format.bodySid == link.bodySid))
-            tracks.push_back({.stream = static_cast<std::uint32_t>(i), .format = DescribeStream(link)});
-    }
+    std::vector<SEssenceTrack> tracks = EssenceTracks(0);
     if (tracks.empty()) return;
     const std::lock_guard input{inputMutex_};
     const SStreamDelivery::SParts parts{.queue = *this,
@@ -294,20 +287,20 @@ void CMxfStreamDemuxer::MakeParser()
                                         .bodySid = partition_->bodySID,
                                         .bodyOffset = partition_->bodyOffset,
                                         .logger = Logger()};
-    delivery_ = std::make_unique<SStreamDelivery>(parts, std::move(tracks));
+    essence_ = std::make_unique<SStreamDelivery>(parts, std::move(tracks));
     const auto indexBytes = static_cast<std::size_t>(partition_->extent.indexByteCount); // part of the header size
-    delivery_->ImportIndex(std::span{headerBuffer_}.last(indexBytes));
+    essence_->ImportIndex(std::span{headerBuffer_}.last(indexBytes));
 }
 
 bool CMxfStreamDemuxer::RunParser()
 {
     {
         const std::lock_guard input{inputMutex_};
-        if (!delivery_) {
+        if (!essence_) {
             Reset(); // no essence that could be delivered
             return false;
         }
-        result_ = delivery_->parser.Push();
+        result_ = essence_->parser.Push();
     }
     if (result_ == kNeedsData) std::this_thread::yield();
     if (result_ != kEnded) return false;
@@ -331,17 +324,17 @@ bool CMxfStreamDemuxer::IsStuck(std::int64_t before)
 int CMxfStreamDemuxer::AddStream(int file, int stream, SMediaStream* receiver)
 {
     const COutputHold hold{*this};
-    if (!delivery_) return kNotOpen;
+    if (!essence_) return kNotOpen;
     if (file != 0 || stream < 0) return kOutOfRange;
-    return delivery_->parser.AddStream(static_cast<std::uint32_t>(stream), receiver);
+    return essence_->parser.AddStream(static_cast<std::uint32_t>(stream), receiver);
 }
 
 int CMxfStreamDemuxer::RemoveStream(int file, int stream)
 {
     const COutputHold hold{*this};
-    if (!delivery_) return kNotOpen;
+    if (!essence_) return kNotOpen;
     if (file != 0 || stream < 0) return kOutOfRange;
-    return delivery_->parser.RemoveStream(static_cast<std::uint32_t>(stream));
+    return essence_->parser.RemoveStream(static_cast<std::uint32_t>(stream));
 }
 
 /// Further input is discarded. \param reason  null when it has been reported already

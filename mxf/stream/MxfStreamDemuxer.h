@@ -130,7 +130,7 @@ private:
     std::vector<std::uint8_t> headerBuffer_;
     std::string failure_;                       // met while input was used, to be reported after it
     std::int64_t begin_ = 0;                    // what the queue had confirmed at the open
-    std::unique_ptr<SStreamDelivery> delivery_; // null before the header is parsed, and for a file without essence
+    std::unique_ptr<SStreamDelivery> essence_; // null before the header is parsed, and for a file without essence
     int result_ = 0;                            // of the last step of the parser
 
     std::atomic<bool> stop_{false};
