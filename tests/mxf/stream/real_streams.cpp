@@ -54,7 +54,8 @@ const Case kCases[] = {
      "-f lavfi -i testsrc2=s=320x240:r=30000/1001 -f lavfi -i sine=r=48000 -t 1 -c:v libx264 -bf 2 -c:a pcm_s16le "
      "-f mxf",
      2, 30},
-    {"ProRes", "-f lavfi -i testsrc2=s=640x360:r=24 -t 0.5 -c:v prores_ks -f mxf", 1, 12},
+    {"ProRes", "-f lavfi -i testsrc2=s=640x360:r=24 -t 0.5 -c:v prores -profile:v 2 -pix_fmt yuv422p10le -f mxf", 1,
+     12},
     {"D-10 with sound",
      "-f lavfi -i testsrc2=s=720x608:r=25 -f lavfi -i sine=r=48000 -t 0.4 -c:v mpeg2video -pix_fmt yuv422p -b:v 30000k "
      "-minrate 30000k -maxrate 30000k -bufsize 1200000 -rc_init_occupancy 1200000 -intra_vlc 1 -qmax 12 -g 1 -ps 1 "
@@ -82,15 +83,11 @@ TEST(RealStreams, DeliverWhatTheFileDelivers)
             {"whole", [&] { return bytes.size(); }},
             {"megabytes", [] { return std::size_t{1} << 20; }},
             {"random", [&] { return std::size_t{next() % (1U << (next() % 17))}; }},
-            {"single bytes in front, and again further on",
-             [&] { return std::size_t{pushed++ < 20'000 || pushed > 25'000 ? 1U : 100U}; }},
+            {"single bytes", [&] { return std::size_t{++pushed < 20'000 || pushed % 2 == 0 ? 1U : 1009U}; }},
         };
         for (const auto& [name, slice] : slices) {
             SCOPED_TRACE(std::string(c.name) + ", " + name);
             Pushing pushing;
-            const bool isSlow = name[0] == 's';
-            pushed = 0;
-            if (isSlow && bytes.size() > 600'000) continue;
             pushing.push(bytes, slice);
             ASSERT_TRUE(pushing.gets(mxf_stream_ended));
             EXPECT_THAT(pushing.events(), ElementsAre(1, 2));
