@@ -55,7 +55,7 @@ int mxfDemuxStreamGetDmFramework(TamrelMxf::CMxfStreamDemuxer* demuxer, int inde
                                  std::uint32_t* count, const mxf_dmd_framework** list);
 
 /// From any thread, the callback included: streams that are added during event 1 miss nothing. Samples are handed over
-/// on the thread of the stream.
+/// on the thread of the stream; none is marked as the last one, which event 2 tells instead.
 /// \param receiver  borrowed until it is removed or the handle is closed; it must not push, close or wait for a thread
 ///   that does
 /// \return 0; -2 for a null receiver; -3 for a bad index, a stream outside the container that is delivered, and one

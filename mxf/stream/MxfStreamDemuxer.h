@@ -128,10 +128,10 @@ private:
     std::int64_t partitionPosition_ = 0;        // what its pack states
     std::unique_ptr<CPartitionPack> partition_; // of the header to collect
     std::vector<std::uint8_t> headerBuffer_;
-    std::string failure_;                       // met while input was used, to be reported after it
-    std::int64_t begin_ = 0;                    // what the queue had confirmed at the open
+    std::string failure_;                      // met while input was used, to be reported after it
+    std::int64_t begin_ = 0;                   // what the queue had confirmed at the open
     std::unique_ptr<SStreamDelivery> essence_; // null before the header is parsed, and for a file without essence
-    int result_ = 0;                            // of the last step of the parser
+    int result_ = 0;                           // of the last step of the parser
 
     std::atomic<bool> stop_{false};
     bool isAwake_ = false;        // a wake-up that is not used yet; guarded by stateMutex_

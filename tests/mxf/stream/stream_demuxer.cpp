@@ -204,7 +204,7 @@ TEST(StreamDemuxer, WhatIsRefusedIsOfferedAgainAtTheNextPush)
     const Stream stream = makeStream({}, {.units = 40, .size = 1U << 20});
     Pushing pushing;
     pushing.receivers[0].room = 3;
-    pushing.push(part(stream.bytes, 0, 8U << 20), [] { return std::size_t{1} << 20; });
+    pushing.push(part(stream.bytes, 0, 8U << 20), [] { return std::size_t{4} << 20; });
     Receiver& picture = pushing.receivers[0];
     ASSERT_TRUE(Pushing::eventually([&] { return picture.ask([](auto& r) { return r.offers > r.taken.size(); }); }));
     const std::size_t offers = picture.ask([](auto& r) { return r.offers; });
@@ -213,13 +213,13 @@ TEST(StreamDemuxer, WhatIsRefusedIsOfferedAgainAtTheNextPush)
 
     // The queue fills up, and a slice that it has no room for wakes as well.
     Bytes rest = part(stream.bytes, 8U << 20, stream.bytes.size());
-    const int slice = 1 << 20;
+    const int slice = 4 << 20;
     std::size_t at = 0;
     while (pushing.stream->CopyData(rest.data() + at, slice) == slice)
         at += static_cast<std::size_t>(slice);
     EXPECT_LT(at, std::size_t{32} << 20);
     picture.ask([](auto& r) { return r.room = 1000; });
-    pushing.push(part(rest, at, rest.size()), [] { return std::size_t{1} << 20; });
+    pushing.push(part(rest, at, rest.size()), [] { return std::size_t{4} << 20; });
     ASSERT_TRUE(pushing.gets(mxf_stream_ended));
     expectSamples(pushing, stream);
 }
@@ -228,7 +228,7 @@ TEST(StreamDemuxer, AUnitThatCannotBeQueuedEndsInError)
 {
     const Stream stream = makeStream({}, {.units = 1, .size = 40U << 20});
     Pushing pushing;
-    pushing.push(stream.bytes, [] { return std::size_t{1} << 20; });
+    pushing.push(stream.bytes, [] { return std::size_t{4} << 20; });
     ASSERT_TRUE(pushing.gets(mxf_stream_failed));
     EXPECT_THAT(pushing.events(), ElementsAre(1, 3));
 }
