@@ -24,8 +24,10 @@ CEssenceParser::CEssenceParser(const SEssenceContext& context, std::vector<SEsse
 {
     lanes_.reserve(tracks.size());
     for (SEssenceTrack& track : tracks) {
-        auto order = MakePictureOrder(track.format);
-        lanes_.push_back({.track = std::move(track), .order = std::move(order)});
+        SLane& lane = lanes_.emplace_back();
+        lane.isReordered = IsReordered(track.format);
+        lane.order = MakePictureOrder(track.format);
+        lane.track = std::move(track);
     }
 }
 
@@ -94,11 +96,13 @@ std::optional<SIndexedUnit> CEssenceParser::FindIndexed(std::int64_t unit) const
 CEssenceParser::STimes CEssenceParser::TimesOf(SLane& lane, std::int64_t unit, std::span<const std::uint8_t> bytes)
 {
     STimes times{.displayed = unit};
-    if (lane.order == nullptr) return times; // sound, data, and pictures that stand alone
+    if (!lane.isReordered) return times; // sound, data, and pictures that stand alone
     const auto indexed = FindIndexed(unit);
     if (indexed) {
         times.displayed = indexed->displayed;
         times.isKey = indexed->isKey;
+    } else if (lane.order == nullptr) {
+        times.isKey = unit == 0; // nothing tells of the others
     } else if (!bytes.empty()) {
         if (lane.ordered != unit) {
             if (lane.ordered != unit - 1) lane.order->Restart();
@@ -109,21 +113,20 @@ CEssenceParser::STimes CEssenceParser::TimesOf(SLane& lane, std::int64_t unit, s
         times.isKey = lane.described.isKey;
     }
     if (!delay_ && (indexed || !bytes.empty()))
-        delay_ = indexed ? context_.index->ReorderDelay(IndexSid()) : lane.order->Delay();
+        delay_ = indexed ? context_.index->ReorderDelay(IndexSid()) : lane.order != nullptr ? lane.order->Delay() : 0;
     times.delay = delay_.value_or(0);
     return times;
 }
 
 void CEssenceParser::Note(SWalkedUnit& met, std::int64_t unit, const std::optional<SPictureOrder>& order)
 {
-    if (!order) return;
-    met.isKey = order->isKey;
-    if (order->displayed) met.shift = static_cast<std::int32_t>(*order->displayed - unit);
+    met.isKey = order ? order->isKey : unit == 0;
+    if (order && order->displayed) met.shift = static_cast<std::int32_t>(*order->displayed - unit);
 }
 
 std::int64_t CEssenceParser::StoredAt(SLane& lane, std::int64_t displayed)
 {
-    if (lane.order == nullptr || displayed < 0) return displayed;
+    if (!lane.isReordered || displayed < 0) return displayed;
     if (FindIndexed(displayed)) {
         const auto stored = context_.index->StoredAt(IndexSid(), displayed);
         if (stored) return *stored;
@@ -135,7 +138,7 @@ std::int64_t CEssenceParser::StoredAt(SLane& lane, std::int64_t displayed)
 
 std::int64_t CEssenceParser::KeyFrameOf(SLane& lane, std::int64_t unit)
 {
-    if (lane.order == nullptr) return unit;
+    if (!lane.isReordered) return unit;
     if (const auto indexed = FindIndexed(unit)) return indexed->keyFrame;
     return Walk(lane, unit) == nullptr ? unit : walked_.KeyFrameOf(unit);
 }
@@ -155,7 +158,7 @@ std::int64_t CEssenceParser::TargetOf(SLane& lane, const mxf_dmuxer_seek& seek)
 CEssenceParser::SPlayed CEssenceParser::PlayedAt(const SLane& lane, const SPiece& piece, const STimes& times)
 {
     const std::int64_t offset = lane.track.offset;
-    if (lane.order == nullptr) return {Minus(piece.editUnit, offset), Minus(piece.editUnit, offset)};
+    if (!lane.isReordered) return {Minus(piece.editUnit, offset), Minus(piece.editUnit, offset)};
     const std::int64_t pts = Minus(ToLane(lane, times.displayed), offset);
     return {pts, std::min(pts, Minus(ToLane(lane, Minus(piece.unit, times.delay)), offset))};
 }

@@ -85,7 +85,8 @@ protected:
         SEssenceTrack track;
         SMediaStream* receiver = nullptr;
         std::int64_t expected = 0; ///< the stored edit unit that follows what was delivered; -1 after a seek
-        std::unique_ptr<CPictureOrder> order = nullptr; ///< null where every picture stands alone
+        bool isReordered = false;  ///< its pictures depend on others
+        std::unique_ptr<CPictureOrder> order = nullptr; ///< reads their order; null for codings that are not read
         std::int64_t ordered = -1;                      ///< the unit that `described` is of
         SPictureOrder described = {};
     };

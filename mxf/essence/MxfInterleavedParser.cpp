@@ -88,10 +88,11 @@ const SWalkedUnit* CMxfInterleavedParser::Walk(SLane& /*lane*/, std::int64_t uni
                 if (!Walked().Add(met)) return nullptr;
         }
         SLane* const lane = LaneOf(scout_.Klv());
-        if (lane != nullptr && lane->order != nullptr) {
+        if (lane != nullptr && lane->isReordered) {
             if (!scoutOrder_) scoutOrder_ = MakePictureOrder(lane->track.format);
             SWalkedUnit& met = *Walked().Find(scout_.Unit());
-            Note(met, scout_.Unit(), scoutOrder_->Describe(Head(scout_.Klv()), scout_.Unit()));
+            Note(met, scout_.Unit(),
+                 scoutOrder_ ? scoutOrder_->Describe(Head(scout_.Klv()), scout_.Unit()) : std::nullopt);
         }
         scout_.Accept();
     }
@@ -176,7 +177,7 @@ int CMxfInterleavedParser::GetSampleInfo(std::int64_t editUnit, mxf_sample_info&
     const SWalkedUnit* const walked = indexed ? nullptr : Walk(*lane, unit);
     if (!indexed && walked == nullptr) return kNoSuchItem;
     STimes times = TimesOf(*lane, unit, {});
-    if (walked != nullptr && lane->order != nullptr) {
+    if (walked != nullptr && lane->isReordered) {
         times.displayed = unit + walked->shift;
         times.isKey = walked->isKey;
     }

@@ -179,7 +179,7 @@ const SWalkedUnit* CMxfSingleStreamParser::Walk(SLane& lane, std::int64_t unit)
         if (Locate(lane, next, next + 1, span) != EStep::found) break;
         SWalkedUnit met{.position = -1, .streamOffset = span.begin};
         const auto bytes = row.bytes.View(span.begin, std::min(kHead, static_cast<std::size_t>(span.end - span.begin)));
-        Note(met, next, row.order ? row.order->Describe(bytes, next) : std::nullopt);
+        if (lane.isReordered) Note(met, next, row.order ? row.order->Describe(bytes, next) : std::nullopt);
         if (!Walked().Add(met)) break;
     }
     return Walked().Find(unit);
@@ -223,7 +223,7 @@ int CMxfSingleStreamParser::GetSampleInfo(std::int64_t editUnit, mxf_sample_info
     if (editUnit < 0 || Locate(*lane, editUnit, editUnit + 1, span) != EStep::found) return kNoSuchItem;
     STimes times = TimesOf(*lane, editUnit, {});
     const auto indexed = FindIndexed(editUnit);
-    const SWalkedUnit* const walked = indexed || lane->order == nullptr ? nullptr : Walk(*lane, editUnit);
+    const SWalkedUnit* const walked = indexed || !lane->isReordered ? nullptr : Walk(*lane, editUnit);
     if (walked != nullptr)
         times = {.displayed = editUnit + walked->shift, .delay = times.delay, .isKey = walked->isKey};
     FillSampleInfo(info, *lane, {.unit = editUnit, .editUnit = editUnit}, times);
