@@ -16,21 +16,30 @@ class CMxfStreamDemuxer;
 /// the receivers on a thread of its own. What may be called from where is told with each function; the rest as in
 /// mxfDemux.h.
 ///
-///     struct Picture : SMediaStream {
+///     struct Out : SMediaStream {
 ///         int TakeSample(const mxf_sample& sample) override { return write(1, sample.data, sample.size) < 0; }
-///     } picture;
-///     TamrelMxf::CMxfStreamDemuxer* const demuxer = mxfDemuxStreamNew();
-///     static struct { TamrelMxf::CMxfStreamDemuxer* demuxer; Picture* picture; } both{demuxer, &picture};
+///     };
+///     struct Job {
+///         TamrelMxf::CMxfStreamDemuxer* demuxer = mxfDemuxStreamNew();
+///         Out out;
+///         std::promise<int> end;
+///     } job;
 ///     mxf_stream_demuxer_config config{};
-///     config.context = &both;
-///     config.state_callback = [](void*, std::int32_t event, std::int32_t) {
-///         if (event == mxf_stream_header_parsed) mxfDemuxStreamAddStream(both.demuxer, 0, both.picture);
+///     config.context = &job;
+///     config.state_callback = [](void* context, std::int32_t event, std::int32_t) {
+///         Job& self = *static_cast<Job*>(context);
+///         if (event == mxf_stream_header_parsed)
+///             mxfDemuxStreamAddStream(self.demuxer, 0, &self.out);
+///         else
+///             self.end.set_value(event);
 ///     };
 ///     TamrelMxf::SMemoryStream* stream = nullptr;
-///     mxfDemuxStreamOpen(demuxer, &config, nullptr, &stream);
-///     while ((length = read(0, bytes, sizeof bytes)) > 0)
-///         if (stream->CopyData(bytes, length) < 0) break;
-///     mxfDemuxStreamFree(demuxer);
+///     mxfDemuxStreamOpen(job.demuxer, &config, nullptr, &stream);
+///     while ((length = static_cast<int>(read(0, bytes, sizeof bytes))) > 0)
+///         while (stream->CopyData(bytes, length) == TamrelMxf::SMemoryStream::kNoRoom)
+///             std::this_thread::yield(); // the receiver is slow
+///     job.end.get_future().wait(); // of a stream that is whole
+///     mxfDemuxStreamFree(job.demuxer);
 TamrelMxf::CMxfStreamDemuxer* mxfDemuxStreamNew();
 
 /// Closes what is open and waits for the first bytes of a stream.

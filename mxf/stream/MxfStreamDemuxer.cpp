@@ -140,6 +140,17 @@ void CMxfStreamDemuxer::LockOutput(bool lock)
     wakeUp_.notify_all();
 }
 
+void CMxfStreamDemuxer::Drain()
+{
+    while (thread_ && !IsParseThread() && !stop_ && state_ != kStateFinished) {
+        {
+            const std::lock_guard state{stateMutex_}; // the parse thread lets go of it between steps alone
+            if (!isAwake_) return;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds{1});
+    }
+}
+
 void CMxfStreamDemuxer::ParseThread()
 {
     parseThreadId_ = std::this_thread::get_id();

@@ -86,6 +86,10 @@ public:
     /// \param lock  false unlocks; nothing happens when the calling thread does not hold the lock
     void LockOutput(bool lock);
 
+    /// Waits until the parse thread has used what was pushed before, as far as it can: what is left waits for more
+    /// bytes, for a receiver or for the output lock. Not on the parse thread.
+    void Drain();
+
     EStreamState State() const { return state_.load(); }
     /// Where the partition that the header is taken from stands in its file, as it says itself. For callbacks, and
     /// under the output lock.

@@ -169,10 +169,13 @@ TEST(StreamDemuxer, StatesFollowTheBytes)
     mxf_file_info info{};
     EXPECT_EQ(mxfDemuxStreamGetFileInfo(pushing.handle(), &info), -4);
     EXPECT_EQ(mxfDemuxStreamAddStream(pushing.handle(), 0, &pushing.receivers[0]), -4);
+    pushing.handle()->Drain();
     EXPECT_EQ(pushing.handle()->State(), kStateFindPartition);
     pushing.push(part(stream.bytes, 24, 140));
-    EXPECT_TRUE(pushing.reaches(kStateCollectHeader));
+    pushing.handle()->Drain();
+    EXPECT_EQ(pushing.handle()->State(), kStateCollectHeader);
     pushing.push(part(stream.bytes, 140, stream.headerEnd - 1));
+    pushing.handle()->Drain();
     EXPECT_EQ(pushing.handle()->State(), kStateCollectHeader);
     pushing.push(part(stream.bytes, stream.headerEnd - 1, stream.headerEnd));
     ASSERT_TRUE(pushing.gets(mxf_stream_header_parsed));
@@ -242,7 +245,7 @@ TEST(StreamDemuxer, LockedOutputKeepsSamplesBackAndPushesGoOn)
     pushing.push(stream.bytes, [] { return std::size_t{500}; });
     mxfDemuxStreamLockOutput(pushing.handle(), 0);
     std::thread([&] { mxfDemuxStreamLockOutput(pushing.handle(), 0); }).join(); // not its lock
-    std::this_thread::sleep_for(std::chrono::milliseconds{30});
+    pushing.handle()->Drain();
     EXPECT_THAT(pushing.events(), IsEmpty());
     mxfDemuxStreamLockOutput(pushing.handle(), 0);
     ASSERT_TRUE(pushing.gets(mxf_stream_ended)) << "without another push";
