@@ -334,17 +334,18 @@ bool CMxfStreamDemuxer::IsStuck(std::int64_t before)
 
 int CMxfStreamDemuxer::AddStream(int file, int stream, SMediaStream* receiver)
 {
+    if (receiver == nullptr) return kNullArgument;
     const COutputHold hold{*this};
-    if (!essence_) return kNotOpen;
-    if (file != 0 || stream < 0) return kOutOfRange;
+    if (!IsHeaderParsed()) return kNotOpen;
+    if (!essence_ || file != 0 || stream < 0) return kOutOfRange;
     return essence_->parser.AddStream(static_cast<std::uint32_t>(stream), receiver);
 }
 
 int CMxfStreamDemuxer::RemoveStream(int file, int stream)
 {
     const COutputHold hold{*this};
-    if (!essence_) return kNotOpen;
-    if (file != 0 || stream < 0) return kOutOfRange;
+    if (!IsHeaderParsed()) return kNotOpen;
+    if (!essence_ || file != 0 || stream < 0) return kOutOfRange;
     return essence_->parser.RemoveStream(static_cast<std::uint32_t>(stream));
 }
 
