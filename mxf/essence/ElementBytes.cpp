@@ -31,13 +31,13 @@ void CElementBytes::Append(const SEssenceKlv& klv)
                       .value = klv.value,
                       .key = klv.position,
                       .streamOffset = klv.streamOffset});
-    isOpen_ = false;
+    isOpen_ = isEnded_ = false;
     Refresh();
 }
 
 void CElementBytes::Refresh()
 {
-    if (parts_.empty()) return;
+    if (parts_.empty() || isEnded_) return;
     SPart& part = parts_.back();
     const std::int64_t limit = Limit(part);
     const std::int64_t end = part.value + part.length;
@@ -52,7 +52,9 @@ void CElementBytes::EndAtPartition(std::int64_t offset, std::size_t count)
     SPart& part = parts_.back();
     const std::int64_t place = part.value + std::max<std::int64_t>(offset - part.begin, 0);
     const auto found = SearchPartitionPack(context_->input.Peek(place, count + SUl::kSize));
-    if (found) part.length = place + *found - part.value;
+    if (!found) return;
+    part.length = place + *found - part.value;
+    isEnded_ = true;
 }
 
 const CElementBytes::SPart* CElementBytes::PartAt(std::int64_t offset) const
@@ -77,7 +79,7 @@ std::span<const std::uint8_t> CElementBytes::View(std::int64_t offset, std::size
     if (part == nullptr) return {};
     const auto& offsets = context_->partitions.Offsets();
     const bool isListed = offsets.upper_bound(static_cast<std::uint64_t>(part->key)) != offsets.end();
-    if (isOpen_ && part == &parts_.back() && !isListed) {
+    if (isOpen_ && !isEnded_ && part == &parts_.back() && !isListed) {
         EndAtPartition(offset, std::min(count, kMaxSampleBytes));
         part = PartAt(offset);
         if (part == nullptr) return {};

@@ -31,6 +31,8 @@ public:
     void Append(const SEssenceKlv& klv);
     /// True when the last element goes on for as long as the essence does: nothing follows it.
     bool IsOpen() const { return isOpen_; }
+    /// True when the partition that ends an open element was met.
+    bool IsEnded() const { return isEnded_; }
     /// Looks how far an open element reaches by now, and whether a closed one turns out to be too short.
     void Refresh();
 
@@ -53,6 +55,7 @@ private:
     const SEssenceContext* context_;
     std::vector<SPart> parts_;
     bool isOpen_ = false;
+    bool isEnded_ = false;
     std::vector<std::uint8_t> joined_;
 };
 

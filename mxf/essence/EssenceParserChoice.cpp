@@ -26,6 +26,7 @@ bool LookAt(const SEssenceContext& context, std::span<const SEssenceTrack> track
 {
     constexpr int kMostKlvs = 256;
     CEssenceWalker walker{context, tracks.front().format.bodySid};
+    walker.Silence();
     CTrackMatch match{tracks};
     for (int i = 0; i < kMostKlvs; ++i) {
         const auto step = walker.Next();

@@ -14,7 +14,9 @@ CMxfInterleavedParser::CMxfInterleavedParser(const SEssenceContext& context, std
                                              bool canGoBack)
     : CEssenceParser{context, tracks, true}, reader_{context, BodySid(), IndexSid()}, match_{tracks},
       canGoBack_{canGoBack}, scout_{reader_}
-{}
+{
+    scout_.Silence();
+}
 
 CEssenceParser::SLane* CMxfInterleavedParser::LaneOf(const SEssenceKlv& klv)
 {
@@ -135,6 +137,7 @@ void CMxfInterleavedParser::Prime(std::int64_t unit)
     if (!isOrdered || FindIndexed(unit) || Walk(Lanes().front(), unit) == nullptr) return;
     const std::int64_t key = Walked().KeyFrameOf(unit);
     CPackageReader reader = reader_;
+    reader.Silence();
     reader.GoTo(
         {.unit = key, .position = Walked().Find(key)->position, .streamOffset = Walked().Find(key)->streamOffset});
     while (reader.Next() == EStep::found) {

@@ -60,7 +60,7 @@ CEssenceWalker::EStep CMxfSingleStreamParser::Extend(SRow& row, std::int64_t siz
             if (!isLast || !any.bytes.IsOpen()) continue;
             // It holds all there is; whatever it lacks is still to come.
             if (row.bytes.Size() > size) return EStep::found;
-            return Context().input.IsComplete() ? EStep::end : EStep::needsData;
+            return Context().input.IsComplete() || any.bytes.IsEnded() ? EStep::end : EStep::needsData;
         }
         const EStep step = walker_.Next();
         if (step == EStep::end) isWalked_ = true;

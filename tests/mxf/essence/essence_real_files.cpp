@@ -43,7 +43,7 @@ const Made kMade[] = {
     {"MpegIntra", PICTURE "-c:v mpeg2video -g 1 -f mxf", false, true},
     {"Avc", PICTURE SOUND "-c:v libx264 -bf 2 -g 12 -c:a pcm_s16le -shortest -f mxf"},
     {"Vc3WithSound24", HIGH SOUND "-c:v dnxhd -b:v 120M -pix_fmt yuv422p -c:a pcm_s24le -shortest -f mxf"},
-    {"ProRes", HIGH "-c:v prores_ks -profile:v 2 -f mxf"},
+    {"ProRes", HIGH "-c:v prores -profile:v 2 -f mxf"},
     {"Jpeg2000", PICTURE "-c:v jpeg2000 -f mxf"},
     {"Dv", "-f lavfi -i testsrc2=s=720x576:r=25:d=0.4 -c:v dvvideo -pix_fmt yuv420p -f mxf"},
     {"D10Sound16", D10 "-c:a pcm_s16le -ac 2 -f mxf_d10"},
