@@ -36,6 +36,7 @@ ExitCode host(const Arguments& arguments, Console& console)
     stop.sa_handler = stopHost;
     ::sigaction(SIGTERM, &stop, nullptr);
     ::sigaction(SIGINT, &stop, nullptr);
+    ::sigaction(SIGHUP, &stop, nullptr); // the terminal was closed
     std::signal(SIGXFSZ, SIG_IGN); // a limit on file sizes is answered like a full disk
 
     console.note("keeping projects in " + arguments.projects + ", listening on " + arguments.socket + "\n");

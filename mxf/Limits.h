@@ -68,4 +68,16 @@ inline constexpr std::size_t kMaxFrameworkTexts = 65'536;
 /// Broken references that are kept for a report; the rest are counted.
 inline constexpr std::size_t kMaxModelNotes = 64;
 
+/// One sample. The largest in practice are uncompressed pictures: 8192 x 4320 at 16 bits and four components are 270 MiB.
+inline constexpr std::size_t kMaxSampleBytes = std::size_t{512} << 20;
+
+/// What is read ahead of the essence at hand.
+inline constexpr std::size_t kReadAheadBytes = std::size_t{1} << 20;
+
+/// Places of damage that are stepped over in one walk through a file.
+inline constexpr int kMaxDamages = 65'536;
+
+/// Edit units that are remembered from a walk through essence without an index table: more than 100 hours of pictures.
+inline constexpr std::size_t kMaxWalkedUnits = 10'000'000;
+
 } // namespace TamrelMxf

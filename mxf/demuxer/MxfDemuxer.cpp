@@ -2,6 +2,7 @@
 
 #include "mxf/Limits.h"
 #include "mxf/Status.h"
+#include "mxf/demuxer/Delivery.h"
 #include "mxf/demuxer/Frameworks.h"
 #include "mxf/demuxer/RecordFilling.h"
 #include "mxf/demuxer/WrappingProbe.h"
@@ -17,16 +18,6 @@
 
 namespace TamrelMxf {
 namespace {
-
-const CMxfUlDict& Dict()
-{
-    static const CMxfUlDict dict = [] {
-        CMxfUlDict made;
-        made.Init();
-        return made;
-    }();
-    return dict;
-}
 
 bool LoadsIndexOnDemand(const SUl& operationalPattern)
 {
@@ -47,14 +38,27 @@ class CMxfDemuxer::CClient final : public CPartitionClient {
 public:
     explicit CClient(CMxfDemuxer& demuxer) : demuxer_{demuxer} {}
 
-    bool HasIndexParser() const override { return false; }
-    int LoadSegmentFromPartition(const CPartitionPack&) override { return kFailed; }
-    void LoadSegments(CRandomIndexPack&) override {}
+    bool HasIndexParser() const override { return demuxer_.index_ != nullptr; }
+    int LoadSegmentFromPartition(const CPartitionPack& partition) override
+    {
+        return demuxer_.index_->LoadSegmentFromPartition(partition);
+    }
+    void LoadSegments(CRandomIndexPack& rip) override { demuxer_.index_->LoadSegments(rip); }
     void ScanFooter(const CPartitionPack& footer) override { demuxer_.ScanFooter(footer); }
 
 private:
     CMxfDemuxer& demuxer_;
 };
+
+const CMxfUlDict& CMxfDemuxer::Dict()
+{
+    static const CMxfUlDict dict = [] {
+        CMxfUlDict made;
+        made.Init();
+        return made;
+    }();
+    return dict;
+}
 
 CMxfDemuxer::CMxfDemuxer(CWaitClock& clock)
     : clock_{clock}, reader_{clock}, client_{std::make_unique<CClient>(*this)}, scanner_{reader_, Dict()}
@@ -70,6 +74,8 @@ CMxfDemuxer::~CMxfDemuxer()
 void CMxfDemuxer::Close()
 {
     isHeaderParsed_ = false;
+    delivery_.reset();
+    index_.reset();
     frameworks_.reset();
     formats_ = {};
     offsets_ = {};
@@ -169,6 +175,26 @@ int CMxfDemuxer::DoParseHeaders()
         logger_.LogError("First partition is not header!");
         return kFailed;
     }
+    return ReadHeader();
+}
+
+int CMxfDemuxer::ParseDetachedHeaders(std::unique_ptr<CMediaSource> source)
+{
+    Adopt(std::move(source));
+    int status = scanner_.FindPartitionWithMetadata();
+    if (status == kSuccess) status = ReadHeader();
+    if (status != kSuccess) {
+        CMxfDemuxer::Close();
+        return status;
+    }
+    reader_.Attach(nullptr, 0, logger_);
+    source_.reset();
+    return kSuccess;
+}
+
+int CMxfDemuxer::ReadHeader()
+{
+    const CPartitionPack& header = *scanner_.HeaderPartition();
     if (LoadsIndexOnDemand(header.operationalPattern)) {
         config_.lazy_index_loading = 1;
         scanner_.SetLazyIndexLoading(true);
@@ -185,6 +211,10 @@ int CMxfDemuxer::DoParseHeaders()
     if (streams_.empty()) {
         logger_.LogError("parse headers failure, no essence track");
         return kTimedOut;
+    }
+    if (!GetLazyIndexLoading()) {
+        index_ = std::make_unique<CMxfIndexParser>(&reader_, logger_);
+        if (header.HasIndexTable()) (void)index_->LoadSegmentFromPartition(header);
     }
     CalculateDuration();
     isHeaderParsed_ = true;
@@ -203,6 +233,7 @@ void CMxfDemuxer::LinkEverything()
     for (const SStreamLink& link : streams_)
         formats_.push_back(DescribeStream(link));
     startTimecode_ = FindStartTimecode(model_);
+    offsets_.assign(streams_.size(), 0);
     SetOffsets();
 }
 
@@ -232,7 +263,9 @@ void CMxfDemuxer::CalculateDuration()
 /// as it may have to read far into the file.
 SDurationSources CMxfDemuxer::SourcesBesideHeader()
 {
-    return {.essence = MeasureEssence()};
+    SDurationSources sources{.index = IndexExtent()};
+    if (!sources.index || sources.index->editUnits <= 0) sources.essence = MeasureEssence();
+    return sources;
 }
 
 std::optional<SEssenceExtent> CMxfDemuxer::MeasureEssence()
@@ -323,6 +356,7 @@ int CMxfDemuxer::GetFileInfo(mxf_file_info* info)
     info->edit_rate_num = duration_.editRate.num;
     info->edit_rate_den = duration_.editRate.den;
     info->file_size = size;
+    info->index_value = IndexValue();
     info->stream_count = static_cast<std::uint32_t>(leaders_.size());
     for (std::size_t i = 12; i < SUl::kSize; ++i)
         info->operational_pattern = info->operational_pattern << 8 | header.operationalPattern.bytes[i];
@@ -380,7 +414,7 @@ int CMxfDemuxer::GetStreamFormat(int stream, mxf_stream_format* format, bool wit
     format->timecode_rate_num = timecodeRate.num;
     format->timecode_rate_den = timecodeRate.den;
     const bool isAlone = streams_.size() == 1 && DetectMuxingMode() == EMuxingMode::singleStream;
-    if (!probeEssence || !isAlone) return kSuccess;
+    if (!probeEssence || !isAlone || !source_) return kSuccess;
     const CPartitionPack& header = *scanner_.HeaderPartition();
     const EWrapping found = ProbeWrapping(*source_, Dict(), header, format->body_sid, duration_.editUnits);
     if (found != EWrapping::unknown) format->wrapping = static_cast<std::uint32_t>(found);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "../essence/EssenceParser.h"
+#include "../index/MxfIndexParser.h"
 #include "../io/MediaSource.h"
 #include "../io/Snitcher.h"
 #include "../io/SourceReader.h"
@@ -22,6 +24,7 @@
 
 namespace TamrelMxf {
 
+class CDelivery;
 class CFrameworkList;
 
 /// Reads what an MXF file says about itself. One file at a time; used from one thread at a time. The codes that its
@@ -72,6 +75,18 @@ public:
     int GetStreamFormat(int stream, mxf_stream_format* format, bool withExtraData, bool probeEssence);
     int GetDmFramework(int index, mxf_dmd_framework* framework, std::uint32_t* count, const mxf_dmd_framework** list);
 
+    /// Delivery of essence, as the functions of mxfDemux.h. \param file  counts the essence containers (BodySIDs) of
+    /// this file in the order of their file packages.
+    int CreateParser(int file);
+    int FreeParser(int file);
+    int AddStream(int file, int stream, SMediaStream* receiver);
+    int RemoveStream(int file, int stream);
+    int Push(int file);
+    int Seek(int file, mxf_dmuxer_seek* seek);
+    int GetIdxEntryInfo(int file, int sample, mxf_sample_info* info);
+    int FillSampleOffset(mxf_sample_info* info);
+    int GetKlvInfo(std::int64_t position, std::int64_t* keyLength, std::int64_t* valueLength);
+
     /// The positioned read that waits for data, see CSourceReader.
     int ReadSource(std::uint8_t* buffer, std::int64_t position, int count)
     {
@@ -89,19 +104,33 @@ public:
     const SStartTimecode& StartTimecode() const { return startTimecode_; }
     EMuxingMode DetectMuxingMode() const;
 
+protected:
+    /// Closes what is open; takes over the settings of the next file and where its messages go.
+    void Start(const mxf_demuxer_config* config, CLoggerT<CSnitcher> logger);
+    /// Reads the header that stands at the start of `source`, in a partition of any kind, and lets go of the source.
+    /// \return 0 or the code of the step that failed; the demuxer then is as after Close
+    int ParseDetachedHeaders(std::unique_ptr<CMediaSource> source);
+    const CLoggerT<CSnitcher>& Logger() const { return logger_; }
+    /// The streams of one container as its parser sees them; empty for a bad index.
+    std::vector<SEssenceTrack> EssenceTracks(int file) const;
+    static const CMxfUlDict& Dict();
+
 private:
     class CClient;
 
-    void Start(const mxf_demuxer_config* config, CLoggerT<CSnitcher> logger);
     void Adopt(std::unique_ptr<CMediaSource> source);
     std::unique_ptr<CMediaSource> MakeSource(const char* path) const;
     int DoParseHeaders();
+    int ReadHeader();
     int OpenSource();
     void LinkEverything();
     void ScanFooter(const CPartitionPack& footer);
     bool RefreshHeader();
     SDurationSources SourcesBesideHeader();
     std::optional<SEssenceExtent> MeasureEssence();
+    CEssenceParser* FindParser(int file) const;
+    std::uint32_t IndexValue();
+    std::optional<SIndexExtent> IndexExtent();
 
     CWaitClock& clock_;
     CLoggerT<CSnitcher> logger_;
@@ -123,6 +152,8 @@ private:
     bool wasAsked_ = false; // for the file information, since it was opened
     SDuration duration_;
     SStartTimecode startTimecode_;
+    std::unique_ptr<CMxfIndexParser> index_; // when it is loaded on demand: once a parser needs it
+    std::unique_ptr<CDelivery> delivery_;    // once a parser was made
 };
 
 } // namespace TamrelMxf

@@ -4,13 +4,16 @@
 #include "../io/Snitcher.h"
 #include "../klv/RandomIndexPack.h"
 #include "../labels/UlDict.h"
-#include "../model/Links.h"
 #include "../model/StreamFormat.h"
 #include "EssenceInput.h"
 #include "EssenceRecords.h"
+#include "PictureOrder.h"
+#include "WalkedUnits.h"
 
 #include <cstdint>
 #include <memory>
+#include <optional>
+#include <span>
 #include <vector>
 
 namespace TamrelMxf {
@@ -21,13 +24,19 @@ inline constexpr int kRefused = 1;   ///< a receiver would not take its sample: 
 inline constexpr int kEnded = 2;     ///< nothing is left
 inline constexpr int kNeedsData = 3; ///< the next sample is not there yet
 
-/// One stream as a parser sees it. `format` and `link` belong to the demuxer and outlive the parser.
+/// One stream as a parser sees it.
 struct SEssenceTrack {
-    std::uint32_t stream = 0; ///< as the interface counts
-    const SStreamLink* link = nullptr;
-    const SStreamFormat* format = nullptr;
+    std::uint32_t stream = 0;   ///< as the interface counts
+    SStreamFormat format = {};  ///< a copy: what the demuxer knows may be made again while a file grows
     std::int64_t offset = 0;    ///< edit units of essence in front of the first one that is played
     std::int64_t duration = -1; ///< edit units of essence in all, -1 when the header does not say
+};
+
+/// Where the walk through the partitions begins.
+struct SEssenceStart {
+    std::int64_t position = 0;    ///< of the header partition pack; or behind it, when the rest tells what it said
+    std::uint32_t bodySid = 0;    ///< of the partition that `position` lies in; 0 in front of a pack
+    std::uint64_t bodyOffset = 0; ///< of that partition
 };
 
 /// What the parsers of one demuxer share; borrowed, outlives them.
@@ -36,8 +45,7 @@ struct SEssenceContext {
     const CMxfUlDict& dict;
     CRandomIndexPack& partitions; ///< never asked to read packs when `input` is no file
     CMxfIndexParser* index;       ///< null without one
-    std::int64_t runInCorrection = 0;
-    std::int64_t firstPartition = 0; ///< where the header partition pack lies
+    SEssenceStart start;
     CLoggerT<CSnitcher> logger;
 };
 
@@ -65,20 +73,88 @@ public:
     /// \return 0; -3 for a stream that is not of this parser; -11 when the edit unit is not known
     virtual int GetSampleInfo(std::int64_t editUnit, mxf_sample_info& info) = 0;
 
+    /// Fills in the place in the file from the place in the container.
+    /// \return 0; -11 when the container does not reach there
+    virtual int FillSampleOffset(mxf_sample_info& info);
+
 protected:
-    CEssenceParser(const SEssenceContext& context, std::vector<SEssenceTrack> tracks);
+    /// \param countsPackages  the streams of the container share its units; false: each counts its own edit units
+    CEssenceParser(const SEssenceContext& context, std::vector<SEssenceTrack> tracks, bool countsPackages);
 
     struct SLane {
         SEssenceTrack track;
         SMediaStream* receiver = nullptr;
+        std::int64_t expected = 0; ///< the stored edit unit that follows what was delivered; -1 after a seek
+        bool isReordered = false;  ///< its pictures depend on others
+        std::unique_ptr<CPictureOrder> order = nullptr; ///< reads their order; null for codings that are not read
+        std::int64_t ordered = -1;                      ///< the unit that `described` is of
+        SPictureOrder described = {};
     };
+    /// One sample before its times are known.
+    struct SPiece {
+        std::int64_t unit = 0;     ///< stored, of the container
+        std::int64_t editUnit = 0; ///< stored, of the stream
+        std::int64_t duration = 1; ///< edit units of the stream
+        std::int64_t position = 0;
+        std::span<const std::uint8_t> bytes = {};
+        bool isDamaged = false;
+        bool isLast = false;
+    };
+    /// When a picture is shown, and whether decoding can start there; on the scale of stored units of the container.
+    struct STimes {
+        std::int64_t displayed = 0;
+        std::int64_t delay = 0;
+        bool isKey = true;
+    };
+
     const SEssenceContext& Context() const { return context_; }
+    std::uint32_t BodySid() const { return lanes_.front().track.format.bodySid; }
+    std::uint32_t IndexSid() const { return lanes_.front().track.format.indexSid; }
     std::vector<SLane>& Lanes() { return lanes_; }
+    const std::vector<SLane>& Lanes() const { return lanes_; }
     SLane* FindLane(std::uint32_t stream);
+    /// The edit rate that the units of the container count in: that of its index tables, else of its pictures.
+    const SRational& Rate();
+    /// From units of the container to edit units of a stream, and back.
+    std::int64_t ToLane(const SLane& lane, std::int64_t unit);
+    std::int64_t ToContainer(const SLane& lane, std::int64_t editUnit);
+
+    std::optional<SIndexedUnit> FindIndexed(std::int64_t unit) const;
+    /// \param bytes  of the sample; empty when only the index tables can tell
+    STimes TimesOf(SLane& lane, std::int64_t unit, std::span<const std::uint8_t> bytes);
+    /// The unit as a walk from the beginning of the container on meets it, noted in Walked(): for what no index table
+    /// covers. \return null where the essence ends before
+    virtual const SWalkedUnit* Walk(SLane& lane, std::int64_t unit) = 0;
+    CWalkedUnits& Walked() { return walked_; }
+    static void Note(SWalkedUnit& met, std::int64_t unit, const std::optional<SPictureOrder>& order);
+    /// The stored edit unit that is shown at a position, both of the container; -1 when there is none.
+    std::int64_t StoredAt(SLane& lane, std::int64_t displayed);
+    /// The stored edit unit that decoding starts from.
+    std::int64_t KeyFrameOf(SLane& lane, std::int64_t unit);
+    /// Where a seek leads: the stored edit unit of the container, negative when there is none.
+    std::int64_t TargetOf(SLane& lane, const mxf_dmuxer_seek& seek);
+
+    /// Hands a sample to the receiver of the lane.
+    /// \return false when it does not take it
+    bool Deliver(SLane& lane, const SPiece& piece);
+    /// Fills in what is known of a sample besides its place.
+    void FillSampleInfo(mxf_sample_info& info, const SLane& lane, const SPiece& piece, const STimes& times);
+    static void FillIndexed(mxf_sample_info& info, const SIndexedUnit& indexed);
+    /// What comes next does not continue what was delivered.
+    void Interrupt();
 
 private:
+    struct SPlayed {
+        std::int64_t pts = 0, dts = 0;
+    };
+    SPlayed PlayedAt(const SLane& lane, const SPiece& piece, const STimes& times);
+
     const SEssenceContext& context_;
     std::vector<SLane> lanes_;
+    bool countsPackages_;
+    CWalkedUnits walked_;
+    SRational rate_;                    // fixed by the first question
+    std::optional<std::int64_t> delay_; // fixed by the first sample
 };
 
 /// The parser for the essence of one BodySID, chosen from operational pattern, container labels, wrapping and, where
