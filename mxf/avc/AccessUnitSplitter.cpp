@@ -110,7 +110,7 @@ void CAccessUnitSplitter::LookAtSlice()
     if (sps == nullptr) {
         // Not readable: the first macroblock, in front of everything else, tells more than nothing.
         const bool isFirst = nal_.size() > 1 && (nal_[1] & 0x80) != 0;
-        if (!last_ || pending_ || isFirst) BeginUnit(pending_.value_or(nalStart_));
+        if (!hasUnit_ || pending_ || isFirst) BeginUnit(pending_.value_or(nalStart_));
         pending_.reset();
         isPairOpen_ = false;
         return;
