@@ -166,14 +166,14 @@ void CAvcAnalyser::AddField(const SAvcSliceHeader& slice, SFound& found)
     picture.isTopFirst = picture.order.top <= picture.order.bottom;
 }
 
-/// 7.4.3, frame_num.
+/// 7.4.3, frame_num. Frames that are inferred for a gap are references, up to the one in front of this picture.
 void CAvcAnalyser::CountFrameNum(const SAvcSliceHeader& slice, const SAvcSps& sps, SAvcPicture& picture)
 {
-    const std::uint32_t next = (lastReferenceFrameNum_ + 1) & ((1U << sps.frameNumBits) - 1);
-    picture.hasFrameNumGap =
-        !slice.IsIdr() && !isFirstInSequence_ && slice.frameNum != lastReferenceFrameNum_ && slice.frameNum != next;
-    if (slice.refIdc != 0 || picture.hasFrameNumGap) lastReferenceFrameNum_ = slice.frameNum;
-    if (slice.clearsReferences) lastReferenceFrameNum_ = 0;
+    const std::uint32_t mask = (1U << sps.frameNumBits) - 1;
+    picture.hasFrameNumGap = !slice.IsIdr() && !isFirstInSequence_ && slice.frameNum != lastReferenceFrameNum_ &&
+                             slice.frameNum != ((lastReferenceFrameNum_ + 1) & mask);
+    if (picture.hasFrameNumGap) lastReferenceFrameNum_ = (slice.frameNum - 1) & mask;
+    if (slice.refIdc != 0) lastReferenceFrameNum_ = slice.clearsReferences ? 0 : slice.frameNum;
 }
 
 } // namespace TamrelMxf

@@ -22,8 +22,10 @@ template <typename TEntries> std::vector<std::span<const std::uint8_t>> Units(co
 
 int CAvcParameterSets::Add(std::span<const std::uint8_t> nal)
 {
+    while (!nal.empty() && nal.back() == 0) // no unit ends so; as a byte stream it would lose them
+        nal = nal.first(nal.size() - 1);
     if (nal.empty()) return kCutShort;
-    if (nal.size() > kMaxAvcParameterSetBytes) return kFailed;
+    if (nal.size() > kMaxAvcParameterSetBytes || FindStartCode(nal, 0) != nal.size()) return kFailed;
     switch (static_cast<ENalType>(nal[0] & 0x1F)) {
     case ENalType::sequenceParameterSet: return AddSequence(nal);
     case ENalType::pictureParameterSet: return AddPicture(nal);

@@ -12,9 +12,9 @@ namespace TamrelMxf {
 /// The parameter sets of a stream by their ids, the last one sent of each.
 class CAvcParameterSets {
 public:
-    /// Takes in a NAL unit of type 7 or 8 with its header byte; the bytes are copied.
-    /// \return 0, also for a repetition; -1 for any other unit, a set that is broken or larger than
-    ///   kMaxAvcParameterSetBytes; -9 for one cut short. Only a 0 changes anything. A picture parameter set is looked
+    /// Takes in a NAL unit of type 7 or 8 with its header byte; the bytes are copied, zeros at the end left out.
+    /// \return 0, also for a repetition; -1 for any other unit, a set that is broken, holds a start code or is larger
+    ///   than kMaxAvcParameterSetBytes; -9 for one cut short. Only a 0 changes anything. A picture parameter set is looked
     ///   into when it is first asked for, as it may arrive ahead of its sequence parameter set.
     int Add(std::span<const std::uint8_t> nal);
 
