@@ -1,5 +1,8 @@
 #include "mxf/avc/BitsReader.h"
 
+#include <algorithm>
+#include <cstring>
+
 namespace {
 
 std::uint64_t LoadBigEndian(const std::uint8_t* bytes)
@@ -19,6 +22,7 @@ bool HasThree(std::uint64_t word)
 
 } // namespace
 
+// Bytes that were removed need no memory of their own: no byte 03 that is left follows two zeros.
 bool CBitsReader::Refill(unsigned needed)
 {
     if (failed_) return false;
@@ -33,16 +37,43 @@ bool CBitsReader::Refill(unsigned needed)
                 continue;
             }
         }
-        const std::uint8_t byte = *next_++;
-        // Bytes that were removed need no memory of their own: behind 00 00 03 the next two are never both 00 and
-        // older than the 03.
-        if (removes_ && byte == 3 && next_ - begin_ >= 3 && next_[-2] == 0 && next_[-3] == 0) continue;
-        cache_ |= std::uint64_t{byte} << (56 - cached_);
+        const std::uint8_t* const at = next_++;
+        if (IsEmulationByte(at)) continue;
+        cache_ |= std::uint64_t{*at} << (56 - cached_);
         cached_ += 8;
     }
     if (cached_ >= needed) return true;
     Fail();
     return false;
+}
+
+void CBitsReader::Skip(std::uint64_t count)
+{
+    if (count > 64) {
+        // Over whole bytes where they lie, once the cache is used up.
+        count -= cached_;
+        read_ += cached_;
+        cache_ = 0;
+        cached_ = 0;
+        while (count >= 8 && next_ != end_) {
+            std::uint64_t step = std::min<std::uint64_t>(count / 8, static_cast<std::uint64_t>(end_ - next_));
+            const void* three = removes_ ? std::memchr(next_, 3, static_cast<std::size_t>(step)) : nullptr;
+            if (three == next_) {
+                step = IsEmulationByte(next_) ? 0 : 1;
+                ++next_;
+            } else {
+                if (three != nullptr)
+                    step = static_cast<std::uint64_t>(static_cast<const std::uint8_t*>(three) - next_);
+                next_ += step;
+            }
+            count -= 8 * step;
+            read_ += 8 * step;
+        }
+        if (count >= 8) Fail();
+    }
+    for (; count > 32 && !failed_; count -= 32)
+        Bits(32);
+    if (!failed_) Bits(static_cast<unsigned>(count));
 }
 
 std::uint32_t CBitsReader::Fail()

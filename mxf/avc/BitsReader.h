@@ -55,12 +55,7 @@ public:
     }
 
     /// Steps over `count` bits; takes no longer than the bytes there are.
-    void Skip(std::uint64_t count)
-    {
-        for (; count > 32 && !failed_; count -= 32)
-            Bits(32);
-        if (!failed_) Bits(static_cast<unsigned>(count));
-    }
+    void Skip(std::uint64_t count);
 
     /// more_rbsp_data(): true while something stands in front of the stop bit, the last 1 in the bytes.
     bool MoreRbspData();
@@ -80,6 +75,10 @@ private:
         read_ += count;
     }
     std::uint32_t Fail();
+    bool IsEmulationByte(const std::uint8_t* at) const
+    {
+        return removes_ && *at == 3 && at - begin_ >= 2 && at[-1] == 0 && at[-2] == 0;
+    }
 
     std::uint64_t cache_ = 0; ///< the next `cached_` bits on top, zeros below
     unsigned cached_ = 0;

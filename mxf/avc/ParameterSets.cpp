@@ -35,11 +35,12 @@ int CAvcParameterSets::Add(std::span<const std::uint8_t> nal)
 
 int CAvcParameterSets::AddSequence(std::span<const std::uint8_t> nal)
 {
+    for (const auto& [id, known] : sequences_) // intra streams repeat theirs in every picture
+        if (std::ranges::equal(known.nal, nal)) return kSuccess;
     SAvcSps sps;
     if (const int status = sps.Parse(nal); status != kSuccess) return status;
-    SSequence& entry = sequences_[sps.id];
-    if (std::ranges::equal(entry.nal, nal)) return kSuccess;
-    entry = {{nal.begin(), nal.end()}, std::move(sps), ++lastVersion_};
+    const std::uint32_t id = sps.id;
+    sequences_[id] = {{nal.begin(), nal.end()}, std::move(sps), ++lastVersion_};
     return kSuccess;
 }
 

@@ -56,6 +56,13 @@ TEST(BitsReader, EmulationBytesAreRemovedWhereverTheyStand)
                 << "round " << round << " at " << i;
         }
         EXPECT_FALSE(bits.MoreRbspData()) << "only the stop bit is left";
+        for (std::size_t from = 0; from < 8; ++from) { // stepped over, they count as little
+            CBitsReader skipping{std::span{nal}.subspan(1)};
+            skipping.Bits(static_cast<unsigned>(from));
+            skipping.Skip(8 * (plain.size() - 1) - from);
+            EXPECT_EQ(skipping.Bits(8), plain.back());
+            EXPECT_EQ(skipping.BitsRead(), 8 * plain.size());
+        }
 
         CBitsWriter writer;
         for (const std::uint8_t byte : plain)
