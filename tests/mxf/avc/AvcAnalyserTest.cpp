@@ -48,13 +48,19 @@ TEST(AvcAnalyser, FieldPairsCountAsOneUnit)
     EXPECT_FALSE(lone.order.hasTop);
     EXPECT_EQ(lone.order.Count(), 8);
     EXPECT_EQ(lone.decodeIndex, 2);
+
+    const SliceRow anew{.type = 5, .frameNum = 3, .field = bottom, .order = lsb(13), .clears = true};
+    pair = analysed(analyser,
+                    joined({SliceRow{.type = 5, .frameNum = 3, .field = top, .order = lsb(12)}.unit(), anew.unit()}));
+    EXPECT_TRUE(pair.startsSequence);
+    EXPECT_EQ(pair.sequence, 1);
+    EXPECT_EQ(pair.order.Count(), 0);
 }
 
 TEST(AvcAnalyser, AllSlicesTellWhatTheFirstDoesNot)
 {
     const ByteRow unit = joined({kSets, SliceRow{.type = 2, .order = lsb(0, 0)}.unit(),
                                  SliceRow{.type = 6, .order = lsb(0, 0), .firstMacroblock = 3}.unit()});
-    ByteRow changed = unit;
     CAvcAnalyser quick, thorough{CAvcAnalyser::EScan::allSlices};
     const SAvcPicture first = analysed(quick, unit);
     EXPECT_EQ(first.type, EAvcPictureType::i);

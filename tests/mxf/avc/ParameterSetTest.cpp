@@ -174,6 +174,12 @@ TEST(ScalingLists, FallBackRulesAAndB)
     EXPECT_EQ(sps.scaling.lists8x8[1], twenty);
     EXPECT_EQ(sps.scaling.lists8x8[5], twenty) << "what is not signalled follows the one before of its kind";
 
+    const BitRow twelveLists = BitRow{}.u(1, 1).u(11, 0).u(1, 1).se(12).se(-20);
+    const SAvcSps full = HighSps{.chroma = 3, .scaling = twelveLists}.parsed();
+    EXPECT_EQ(full.scaling.lists8x8[3], standard.lists8x8[1]);
+    EXPECT_EQ(full.scaling.lists8x8[5], twenty);
+    EXPECT_EQ(full.Width(), 128U);
+
     // A picture's own matrix: list 1 own, all others absent, with and without the 8x8 transform.
     const auto pps = [&](bool has8x8) {
         BitRow bits = BitRow{}.ues({0, 0}).u(2, 0).ues({0, 0, 0}).u(3, 0).se(-38).se(0).se(-12).u(3, 0);

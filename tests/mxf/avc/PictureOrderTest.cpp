@@ -126,6 +126,8 @@ TEST(PictureOrderType2, OutputOrderIsDecodingOrder)
             {{.type = 5, .frameNum = 0}, 32, 32},
             {{.type = 5, .frameNum = 1, .clears = true}, 0, 0, 1},
             {{.type = 5, .frameNum = 1}, 2, 2, 1},
+            {{.type = 5, .refIdc = 0, .frameNum = 8}, 15, 15, 1, true},
+            {{.type = 5, .frameNum = 8}, 16, 16, 1}, // the one before was no reference
         });
 }
 
