@@ -86,10 +86,14 @@ void CAccessUnitSplitter::LookAtHead()
     isLookedAt_ = true;
     if (nal_.empty()) return;
     const auto type = static_cast<ENalType>(nal_[0] & 0x1F);
-    if (HasSliceHeader(type))
+    if (HasSliceHeader(type)) {
         LookAtSlice();
-    else if (StandsBeforeSlices(type) && !pending_)
-        pending_ = nalStart_;
+        pending_.reset();
+        isPendingFirm_ = false;
+    } else if (StandsBeforeSlices(type)) {
+        if (!pending_) pending_ = nalStart_;
+        isPendingFirm_ = isPendingFirm_ || type != ENalType::prefix; // each slice of a base view may have its prefix
+    }
 }
 
 /// Called when the next start code or the end of the stream is reached.
@@ -110,18 +114,16 @@ void CAccessUnitSplitter::LookAtSlice()
     if (sps == nullptr) {
         // Not readable: the first macroblock, in front of everything else, tells more than nothing.
         const bool isFirst = nal_.size() > 1 && (nal_[1] & 0x80) != 0;
-        if (!hasUnit_ || pending_ || isFirst) BeginUnit(pending_.value_or(nalStart_));
-        pending_.reset();
+        if (!hasUnit_ || isPendingFirm_ || isFirst) BeginUnit(pending_.value_or(nalStart_));
         isPairOpen_ = false;
         return;
     }
     if (slice.redundantCount > 0) return;
-    const bool isNew = !last_ || pending_ || slice.StartsPicture(*last_, *sps);
+    const bool isNew = !last_ || isPendingFirm_ || slice.StartsPicture(*last_, *sps);
     if (isNew) {
         const bool isSecond = unit_ == EUnit::frame && isPairOpen_ && slice.CompletesFrame(*last_);
         if (!isSecond) BeginUnit(pending_.value_or(nalStart_));
         isPairOpen_ = slice.isField && !isSecond;
-        pending_.reset();
     }
     last_ = slice;
 }

@@ -60,7 +60,8 @@ private:
 
     bool hasUnit_ = false;                 ///< a unit has begun
     std::optional<SAvcSliceHeader> last_;  ///< of the primary picture before
-    std::optional<std::uint64_t> pending_; ///< start of what stands in front of the next picture's slices
+    std::optional<std::uint64_t> pending_; ///< start of what stands in front of the next slices
+    bool isPendingFirm_ = false;           ///< it can only stand in front of a picture, not between two of its slices
     bool isPairOpen_ = false;              ///< the last picture is a field that waits for its partner
 };
 

@@ -71,10 +71,13 @@ public:
     /// behind lengths, otherwise behind start codes.
     int SetExtraData(std::span<const std::uint8_t> bytes);
 
-    /// Looks at the next unit: one access unit, or the two of a frame's fields. Pictures behind those are not looked
-    /// at. \param picture  set in every case, so that a damaged unit keeps its place in the order \return 0; -4 its
-    /// parameter sets have not come yet; -11 no slice of a primary picture inside; -1 or -9 its
-    ///   slice headers are broken or cut short. isDamaged is set unless 0 is returned.
+    /// Looks at the next unit: one access unit, or the two of a frame's fields. Pictures behind those are passed over.
+    /// \param picture  set in every case, so that a damaged unit keeps its place in the order
+    /// \return 0; isDamaged is set otherwise:
+    ///   -1   its slice headers are broken
+    ///   -4   its parameter sets have not come yet
+    ///   -9   its slice headers are cut short
+    ///   -11  it holds no slice of a primary picture
     int Analyse(std::span<const std::uint8_t> unit, SAvcPicture& picture);
 
     /// Goes on elsewhere: the next unit has this place in decoding order, and its counts do not compare with earlier

@@ -30,7 +30,8 @@ std::optional<SAvcIntraFormat> AvcIntraFormatOfLabel(std::span<const std::uint8_
 /// The class and lines of a stream whose frames all have `bytes` bytes; the first of a file may be 512 longer. Class
 /// 100 at 720 lines has frames of half the size of 1080, and class 50 at 1080 lines frames of nearly the same size. The
 /// rate is that of the family that the size belongs to: 25 or 30000/1001 frames a second for 1080 lines, 50 or
-/// 60000/1001 for 720. Fields are not known from the size: isInterlaced is false. \return nothing for any other size
+/// 60000/1001 for 720. Fields are not known from the size: isInterlaced is false.
+/// \return nothing for any other size
 std::optional<SAvcIntraFormat> AvcIntraFormatOfFrameSize(std::size_t bytes);
 
 /// A sequence and a picture parameter set, both with id 0: NAL units, header byte first.

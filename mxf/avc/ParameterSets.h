@@ -14,8 +14,8 @@ class CAvcParameterSets {
 public:
     /// Takes in a NAL unit of type 7 or 8 with its header byte; the bytes are copied, zeros at the end left out.
     /// \return 0, also for a repetition; -1 for any other unit, a set that is broken, holds a start code or is larger
-    ///   than kMaxAvcParameterSetBytes; -9 for one cut short. Only a 0 changes anything. A picture parameter set is looked
-    ///   into when it is first asked for, as it may arrive ahead of its sequence parameter set.
+    ///   than kMaxAvcParameterSetBytes; -9 for one cut short. Only a 0 changes anything. A picture parameter set is
+    ///   looked into when it is first asked for, as it may arrive ahead of its sequence parameter set.
     int Add(std::span<const std::uint8_t> nal);
 
     /// \return null when there is none of this id; good until the next Add()

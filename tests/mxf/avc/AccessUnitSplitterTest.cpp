@@ -1,10 +1,8 @@
-#include "mxf/avc/AccessUnitSplitter.h"
-#include "tests/mxf/avc/BitStream.h"
+#include "tests/mxf/avc/Splitting.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <random>
 #include <string>
 #include <vector>
 
@@ -15,24 +13,11 @@ using namespace zanfcp::test;
 
 using Offsets = std::vector<std::uint64_t>;
 
-Offsets split(const ByteRow& stream, CAccessUnitSplitter::EUnit unit, std::size_t step)
-{
-    CAccessUnitSplitter splitter{unit};
-    Offsets all;
-    for (std::size_t at = 0; at < stream.size(); at += step) {
-        const auto found = splitter.Push(std::span{stream}.subspan(at, std::min(step, stream.size() - at)));
-        all.insert(all.end(), found.begin(), found.end());
-    }
-    const auto found = splitter.Finish();
-    all.insert(all.end(), found.begin(), found.end());
-    EXPECT_EQ(splitter.Position(), stream.size());
-    return all;
-}
-
 const ByteRow kSets = joined({withStartCode(SpsRow{}.nal()), withStartCode(ppsNal()), withStartCode(ppsNal(1))});
 const ByteRow kDelimiter{0, 0, 0, 1, 9, 0xF0};
 const ByteRow kSei{0, 0, 1, 6, 5, 1, 0, 0x80};
 const ByteRow kFiller{0, 0, 1, 12, 0xFF, 0x80, 0, 0, 0};
+const ByteRow kPrefix{0, 0, 1, 0x6E, 0x40, 0x80, 7};
 const ByteRow kEndOfSequence{0, 0, 1, 10};
 
 /// A part of a stream; '|' in front of those that begin a picture, and a frame.
@@ -52,8 +37,8 @@ void expectUnits(const std::vector<Part>& parts)
         stream.insert(stream.end(), part.bytes.begin(), part.bytes.end());
     }
     for (const std::size_t step : {std::size_t{1}, std::size_t{2}, std::size_t{3}, std::size_t{7}, stream.size()}) {
-        EXPECT_EQ(split(stream, CAccessUnitSplitter::EUnit::picture, step), pictures) << step;
-        EXPECT_EQ(split(stream, CAccessUnitSplitter::EUnit::frame, step), frames) << step;
+        EXPECT_EQ(unitStarts(stream, CAccessUnitSplitter::EUnit::picture, step), pictures) << step;
+        EXPECT_EQ(unitStarts(stream, CAccessUnitSplitter::EUnit::frame, step), frames) << step;
     }
 }
 
@@ -73,6 +58,8 @@ TEST(AccessUnitSplitter, WhatStandsInFrontOfSlicesBelongsToThem)
         {slice({.isIdr = true, .order = lsb(0, 0)})},
         {joined({kSets, kDelimiter}), true, true},
         {slice({.type = 5, .frameNum = 1, .order = lsb(2, 0)})},
+        {joined({kPrefix, slice({.type = 5, .frameNum = 1, .order = lsb(2, 0), .firstMacroblock = 1})})},
+        {joined({kPrefix, slice({.type = 5, .frameNum = 2, .order = lsb(4, 0)})}), true, true},
         {kDelimiter}, // no picture follows
     });
 }

@@ -1,13 +1,10 @@
-#include "mxf/avc/AccessUnitSplitter.h"
 #include "mxf/avc/AvcAnalyser.h"
-#include "mxf/avc/AvcConfiguration.h"
-#include "mxf/avc/NalUnit.h"
 #include "mxf/avc/PresentationOrder.h"
+#include "tests/mxf/avc/Splitting.h"
 #include "tests/mxf/avc/StreamFiles.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cstdint>
 #include <ostream>
 #include <span>
@@ -62,11 +59,7 @@ protected:
                   " -frames:v 26 -c:v libx264 -pix_fmt " + made.pixelFormat + " " + made.options + " -x264-params " +
                   made.parameters + ":threads=1 " + stream_);
         bytes_ = bytesOf(stream_);
-        CAccessUnitSplitter splitter{CAccessUnitSplitter::EUnit::frame};
-        const auto begun = splitter.Push(bytes_);
-        starts_.assign(begun.begin(), begun.end());
-        const auto last = splitter.Finish();
-        starts_.insert(starts_.end(), last.begin(), last.end());
+        starts_ = unitStarts(bytes_, CAccessUnitSplitter::EUnit::frame, 1000);
     }
     std::span<const std::uint8_t> unit(std::size_t i) const
     {
@@ -190,11 +183,7 @@ TEST(RealStreams, ParameterSetsMayChangeInsideAStream)
         const ByteRow part = bytesOf(folder.file("s.h264"));
         bytes.insert(bytes.end(), part.begin(), part.end());
     }
-    CAccessUnitSplitter splitter;
-    const auto found = splitter.Push(bytes);
-    std::vector<std::uint64_t> starts{found.begin(), found.end()};
-    const auto last = splitter.Finish();
-    starts.insert(starts.end(), last.begin(), last.end());
+    auto starts = unitStarts(bytes, CAccessUnitSplitter::EUnit::picture, bytes.size());
     ASSERT_EQ(starts.size(), 15U);
     starts.push_back(bytes.size());
     CAvcAnalyser analyser;

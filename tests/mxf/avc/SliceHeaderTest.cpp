@@ -1,7 +1,6 @@
 #include "mxf/Status.h"
-#include "mxf/avc/AccessUnitSplitter.h"
 #include "mxf/avc/AvcAnalyser.h"
-#include "tests/mxf/avc/BitStream.h"
+#include "tests/mxf/avc/Splitting.h"
 
 #include <gtest/gtest.h>
 
@@ -36,6 +35,7 @@ TEST(SliceHeader, ReferencesAndWeightsAreSteppedOver)
 {
     const BitRow modified = BitRow{}.u(1, 1).ues({0, 5, 1, 2, 2, 0, 3});
     const BitRow luma = BitRow{}.u(1, 1).se(-7).se(3);
+    const BitRow luma0 = BitRow{}.u(2, 0).add(luma).u(1, 0);
     const BitRow colour = BitRow{}.u(1, 1).se(1).se(-2).se(30).se(-40);
     struct Case {
         const char* name;
@@ -51,20 +51,7 @@ TEST(SliceHeader, ReferencesAndWeightsAreSteppedOver)
         {"P without chroma", 0, false, 5, BitRow{}.u(2, 0).ue(3).add(luma).u(1, 0)},
         {"P of one colour plane", 3, true, 5, BitRow{}.u(2, 0).ue(3).add(luma).u(1, 0)},
         {"B", 1, false, 6,
-         BitRow{}
-             .u(1, 1)
-             .u(1, 0)
-             .add(modified)
-             .add(modified)
-             .ues({3, 2})
-             .u(2, 0)
-             .add(luma)
-             .u(1, 0)
-             .u(1, 0)
-             .add(colour)
-             .u(2, 0)
-             .add(luma)
-             .u(1, 0)},
+         BitRow{}.u(2, 2).add(modified).add(modified).ues({3, 2}).u(2, 0).add(luma).u(2, 0).add(colour).add(luma0)},
         {"B of own numbers", 1, false, 1,
          BitRow{}.u(1, 0).u(1, 1).ues({0, 0}).u(2, 0).ues({3, 2}).u(2, 0).add(luma).add(colour)},
         {"I", 1, false, 7, {}},
@@ -117,12 +104,8 @@ TEST(SliceHeader, RedundantPicturesAreNoPicturesOfTheirOwn)
     const auto slice = [](unsigned pps, unsigned redundant) {
         return withStartCode(nalOf(0x21, BitRow{}.ues({0, 7, pps}).u(4, 1).ue(redundant).u(1, 0).u(16, 0x5A5A)));
     };
-    CAccessUnitSplitter splitter;
     const ByteRow stream = joined({sets, slice(0, 0), slice(1, 1), slice(0, 0), slice(1, 0)});
-    const auto found = splitter.Push(stream);
-    std::vector<std::uint64_t> starts{found.begin(), found.end()};
-    const auto last = splitter.Finish();
-    starts.insert(starts.end(), last.begin(), last.end());
+    const auto starts = unitStarts(stream, CAccessUnitSplitter::EUnit::picture, stream.size());
     EXPECT_EQ(starts, (std::vector<std::uint64_t>{0, stream.size() - slice(1, 0).size()}));
 
     CAvcAnalyser analyser;
