@@ -186,6 +186,21 @@ TEST(PresentationOrder, ABrokenPromiseCostsThePicturesItConcerns)
     EXPECT_EQ(order.LateUnits(), 1);
 }
 
+TEST(PresentationOrder, FieldsInUnitsOfTheirOwnWaitAsFrames)
+{
+    auto all = pictures({{0, 0}, {0, 1}, {0, 8}, {0, 9}, {0, 4}, {0, 5}}, 1); // one frame may be reordered: two units
+    CPresentationOrder order;
+    std::vector<std::int64_t> pts;
+    for (SAvcPicture& picture : all) {
+        picture.coding = picture.decodeIndex % 2 == 0 ? EAvcCoding::topField : EAvcCoding::bottomField;
+        order.Push(picture);
+    }
+    order.Flush();
+    while (const auto next = order.Pop())
+        pts.push_back(next->pts);
+    EXPECT_EQ(pts, (std::vector<std::int64_t>{0, 1, 4, 5, 2, 3}));
+}
+
 TEST(PresentationOrder, WaitingIsBounded)
 {
     CPresentationOrder order;
