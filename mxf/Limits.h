@@ -59,6 +59,15 @@ inline constexpr std::size_t kMaxItemsOfASet = 65'536;
 /// frameworks reach seven or eight.
 inline constexpr int kMaxReferenceDepth = 32;
 
+/// Macroblocks across and down an AVC picture: 65,536 samples. The highest level allows a quarter of that.
+inline constexpr std::uint32_t kMaxAvcMacroblocksAcross = 4096;
+
+/// One AVC parameter set. The largest one with a meaning, a map of slice groups at the highest level, has 52 kB.
+inline constexpr std::size_t kMaxAvcParameterSetBytes = 65'535;
+
+/// AVC pictures that wait for their place in presentation order. Encoders put 16 at most between two others.
+inline constexpr std::size_t kMaxAvcPicturesWaiting = 128;
+
 /// How many packages a chain from a clip back to its tape may pass.
 inline constexpr int kMaxPackageChain = 64;
 
