@@ -8,6 +8,8 @@
 #include "tests/mxf/model/StandardFile.h"
 #include "tests/support/MxfBuilder.h"
 #include "tests/support/RecordingSnitcher.h"
+#include "tests/support/ShellTools.h"
+#include "tests/support/TempFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -525,6 +527,38 @@ TEST(Blocks, OfSoundAreCutIntoEditUnits)
             EXPECT_EQ(again->bytes, played[i].bytes);
             EXPECT_EQ(again->sample.edit_unit, sample.edit_unit);
         }
+    }
+}
+
+TEST(ClipOfPictures, IsCutAtItsStartCodesWithoutAnIndex)
+{
+    const zanfcp::test::TempFolder folder;
+    for (const auto& [group, between] : {std::pair{"6", "2"}, {"12", "0"}, {"1", "0"}}) {
+        SCOPED_TRACE(group);
+        const std::string path = folder.file("a.m2v");
+        ASSERT_TRUE(zanfcp::test::succeeds("ffmpeg -nostdin -y -f lavfi -i testsrc2=s=160x128:r=25:d=0.8 "
+                                           "-c:v mpeg2video -g " +
+                                           std::string{group} + " -bf " + between + " " + path));
+        const std::string stream = zanfcp::test::readFile(path);
+        Built built;
+        built.standard.hasSound = false;
+        built.essence = [&](MxfBuilder& file) { file.klv(kPictureElement, {stream.begin(), stream.end()}); };
+        Playing playing{built.File()};
+        EXPECT_EQ(playing.PlayAll(), kEnded);
+        const std::vector<Taken> played = playing.streams[0].taken;
+        ASSERT_EQ(played.size(), 20U);
+        const Bytes all = playing.streams[0].All();
+        EXPECT_TRUE(std::ranges::equal(all, stream, {}, {}, [](char x) { return static_cast<std::uint8_t>(x); }));
+        std::vector<bool> isShown(20);
+        for (const Taken& one : played) {
+            EXPECT_EQ(one.bytes[0] | one.bytes[1], 0);
+            isShown.at(static_cast<std::size_t>(one.sample.pts)) = true;
+            const Taken* again = playing.After(0, one.sample.pts, mxf_seek_exact);
+            ASSERT_NE(again, nullptr);
+            EXPECT_EQ(again->bytes, one.bytes);
+            EXPECT_EQ(again->sample.pts, one.sample.pts);
+        }
+        EXPECT_EQ(std::ranges::count(isShown, true), 20);
     }
 }
 
