@@ -26,6 +26,7 @@ inline constexpr FourCC saveToFile{"fcpU"};  ///< fileURL
 inline constexpr FourCC overwrite{"fsOF"};   ///< boolean
 inline constexpr FourCC closeFlag{"fcCF"};   ///< long, eight bytes: 0 save, 1 do not
 inline constexpr FourCC errorNumber{"errn"}; ///< long, four bytes; in replies
+inline constexpr FourCC errorString{"errs"}; ///< utf8, one line for a person; in replies with an errorNumber
 
 inline constexpr FourCC null{"null"};                 ///< no bytes
 inline constexpr FourCC applicationSignature{"sign"}; ///< the four bytes of a signature, most significant first

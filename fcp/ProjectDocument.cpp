@@ -1,5 +1,7 @@
 #include "fcp/ProjectDocument.h"
 
+#include "fcp/ElementIds.h"
+
 #include <algorithm>
 #include <cstring>
 #include <libxml/SAX2.h>
@@ -7,6 +9,7 @@
 #include <libxml/parserInternals.h>
 #include <memory>
 #include <optional>
+#include <utility>
 
 namespace zanfcp {
 namespace {
@@ -53,9 +56,7 @@ Scan& scanOf(void* context)
 bool isUTF8(const xmlParserCtxt& parser)
 {
     for (const xmlChar* name : {parser.encoding, parser.input->encoding})
-        if (name != nullptr && xmlStrcasecmp(name, BAD_CAST "UTF-8") != 0 &&
-            xmlStrcasecmp(name, BAD_CAST "US-ASCII") != 0)
-            return false;
+        if (name != nullptr && xmlStrcasecmp(name, BAD_CAST "UTF-8") != 0) return false;
     return true;
 }
 
@@ -191,16 +192,22 @@ Result<std::string> appendToProject(std::string_view project, const ProjectLayou
 {
     if (addedLayout.declaresNames)
         return Error{.fault = Fault::unsupported, .what = "a root with namespaces cannot be joined to another"};
-    std::string joined;
-    joined.reserve(project.size() + addedLayout.contentEnd - addedLayout.contentBegin + 16);
-    joined += project.substr(0, layout.contentEnd);
-    if (layout.emptyRoot) joined += ">";
+    std::string content;
+    content.reserve(addedLayout.contentEnd - addedLayout.contentBegin);
     std::size_t from = addedLayout.contentBegin;
     for (const auto& [begin, end] : addedLayout.importOptions) {
-        joined += added.substr(from, begin - from);
+        content += added.substr(from, begin - from);
         from = end;
     }
-    joined += added.substr(from, addedLayout.contentEnd - from);
+    content += added.substr(from, addedLayout.contentEnd - from);
+    content =
+        withOwnIds(std::move(content), project.substr(layout.contentBegin, layout.contentEnd - layout.contentBegin));
+
+    std::string joined;
+    joined.reserve(project.size() + content.size() + 16);
+    joined += project.substr(0, layout.contentEnd);
+    if (layout.emptyRoot) joined += ">";
+    joined += content;
     joined += layout.emptyRoot ? "</xmeml>" + std::string(project.substr(layout.contentEnd + 2))
                                : std::string(project.substr(layout.contentEnd));
     return joined;

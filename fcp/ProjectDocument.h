@@ -26,7 +26,7 @@ struct ProjectLayout {
 Result<ProjectLayout> layOutProject(std::string_view text);
 
 /// The document with the content of another one behind its own. The options of an import say how that one is to be
-/// imported and are left out.
+/// imported and are left out; ids that both documents use are made different (withOwnIds).
 /// \return unsupported when `added` uses namespaces that its root declares
 Result<std::string> appendToProject(std::string_view project, const ProjectLayout& layout, std::string_view added,
                                     const ProjectLayout& addedLayout);

@@ -73,9 +73,11 @@ public:
     {
         EventMessage reply = EventMessage::reply(event.returnID);
         if (const Refused refused = handle(event, reply)) {
-            ZAN_LOG_ERROR("ZANFCPProjectHost: Refused %s: %s (%d)", event.eventID.text().c_str(),
-                          oneLine(refused->reason).c_str(), static_cast<int>(refused->code));
+            const std::string reason = oneLine(refused->reason);
+            ZAN_LOG_ERROR("ZANFCPProjectHost: Refused %s: %s (%d)", event.eventID.text().c_str(), reason.c_str(),
+                          static_cast<int>(refused->code));
             (void)reply.add(EventCode::errorNumber, EventDescriptor::long32(refused->code));
+            (void)reply.add(EventCode::errorString, {EventCode::utf8, reason});
         }
         return std::move(reply.parameters);
     }

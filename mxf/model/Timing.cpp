@@ -222,9 +222,8 @@ SDuration CalculateDuration(const SHeaderModel& model, const SDurationSources& s
         const SDuration duration = scaled(sources.index->editUnits, sources.index->editRate, ESource::index);
         if (believe(duration)) return duration;
     }
-    if (const auto& essence = sources.essence; essence && essence->bytes >= 0 && essence->bytesPerEditUnit > 0) {
-        const SDuration duration =
-            scaled(essence->bytes / essence->bytesPerEditUnit, essence->editRate, ESource::essence);
+    if (sources.essence && sources.essence->editUnits >= 0) {
+        const SDuration duration = scaled(sources.essence->editUnits, sources.essence->editRate, ESource::essence);
         if (believe(duration)) return duration;
     }
     return zero.value_or(SDuration{.editRate = rate.value_or(SRational{})});
@@ -313,6 +312,8 @@ SMarks FindMarks(const SHeaderModel& model)
     if (package == nullptr) return marks;
     marks.markIn = package->markIn;
     marks.markOut = package->markOut;
+    // A second property, "Timebase Track Id", is spoken of as a stand-in; no register at hand has a label for it, so it
+    // cannot be found in a file.
     marks.timebaseTrackId = package->timebaseReferenceTrackId.value_or(0);
     const auto fill = [&](const std::optional<std::int64_t>& in, const std::optional<std::int64_t>& out,
                           const std::optional<std::uint32_t>& trackId) {

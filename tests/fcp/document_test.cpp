@@ -40,6 +40,48 @@ TEST(ProjectDocument, ContentGoesBehindWhatIsThere)
     EXPECT_EQ(joined(added, "<xmeml version=\"5\" xmlns:a=\"b\"><a:c/></xmeml>"), "refused");
 }
 
+TEST(ProjectDocument, IdsThatBothDocumentsUseAreMadeDifferent)
+{
+    const auto content = [](std::string_view project, std::string_view added) {
+        const std::string before = "<xmeml version=\"5\">" + std::string(project);
+        const std::string whole =
+            joined(before + "</xmeml>", "<xmeml version=\"5\">" + std::string(added) + "</xmeml>");
+        return whole.substr(before.size(), whole.size() - before.size() - std::string_view("</xmeml>").size());
+    };
+    struct Case {
+        const char* project;
+        const char* added;
+        const char* expected;
+    };
+    const Case cases[] = {
+        {"<clip id='a'/>", "<clip id='b'><file id='c'/></clip>", "<clip id='b'><file id='c'/></clip>"},
+        {"<file id='a'/>", "<file id='a'><name>a</name></file><file id=\"a\"/>",
+         "<file id='a (2)'><name>a</name></file><file id=\"a (2)\"/>"},
+        {"<file id='a'/><clip id='a (2)'/>", "<clip id='a'/><clip id='a (3)'/>",
+         "<clip id='a (4)'/><clip id='a (3)'/>"},
+        {"<clip id='a'/>", "<masterclipid>a</masterclipid><linkclipref >a</linkclipref>",
+         "<masterclipid>a</masterclipid><linkclipref >a</linkclipref>"}, // it refers to what is not its own
+        {"<clip id='a'/>", "<clip id='a'/><masterclipid>a</masterclipid><linkclipref >a</linkclipref><linkclipref/>",
+         "<clip id='a (2)'/><masterclipid>a (2)</masterclipid><linkclipref >a (2)</linkclipref><linkclipref/>"},
+        {"<clip id='a&amp;b'/>", "<clip frame='>' id = 'a&#x26;b'/><clip id='a&#38;b&#xE4;'/>",
+         "<clip frame='>' id = 'a&#x26;b (2)'/><clip id='a&#38;b&#xE4;'/>"},
+        {"<clip id='a'/>", "<!--<clip id='a'/>--><![CDATA[<clip id='a'/>]]><?x id='a'?><clip uid='a'/>",
+         "<!--<clip id='a'/>--><![CDATA[<clip id='a'/>]]><?x id='a'?><clip uid='a'/>"},
+        {"<!--<clip id='a'/>-->", "<clip id='a'/>", "<clip id='a'/>"},
+        {"<clip id='a'/>", "<clip id='b'/><clip id='a'/><clip id='b'/><clip id='a'/>",
+         "<clip id='b'/><clip id='a (2)'/><clip id='b'/><clip id='a (2)'/>"},
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(content(c.project, c.added), c.expected) << c.added;
+}
+
+TEST(ProjectDocument, DeclarationsOfTheProjectDoNotHideItsIds)
+{
+    const std::string project = "<!DOCTYPE xmeml [<!-- don't -->]><xmeml version=\"5\"><clip id='a'/>";
+    EXPECT_EQ(joined(project + "</xmeml>", "<xmeml version=\"5\"><file id='a'/></xmeml>"),
+              project + "<file id='a (2)'/></xmeml>");
+}
+
 TEST(ProjectDocument, LayoutOfLongDocumentsIsExact)
 {
     std::string text = "<xmeml version=\"5\">"; // long enough for many chunks, with tags across their borders
@@ -82,6 +124,8 @@ TEST(ProjectDocument, RefusesWhatIsNoProject)
         {"no version", "<xmeml/>", Fault::unsupported},
         {"version 4", "<xmeml version=\"4\"/>", Fault::unsupported},
         {"Latin-1", "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>" + valid, Fault::malformed},
+        {"ASCII, which could not take others' letters", "<?xml version=\"1.0\" encoding=\"US-ASCII\"?>" + valid,
+         Fault::malformed},
         {"UTF-16", std::string("<\0x\0m\0e\0m\0l\0/\0>\0", 16), Fault::malformed},
         {"wrong UTF-8", "<xmeml version=\"5\">\xC3(</xmeml>", Fault::malformed},
         {"NUL", std::string("<xmeml version=\"5\">\0</xmeml>", 28), Fault::malformed},

@@ -1,0 +1,1 @@
+zanfcp_fuzz_target(project_document project_document.cpp)
