@@ -106,7 +106,7 @@ CEssenceParser::STimes CEssenceParser::TimesOf(SLane& lane, std::int64_t unit, s
     } else if (!bytes.empty()) {
         if (lane.ordered != unit) {
             if (lane.ordered != unit - 1) lane.order->Restart();
-            lane.described = lane.order->Describe(bytes, unit).value_or(SPictureOrder{.displayed = unit});
+            lane.described = lane.order->Describe(bytes, unit).value_or(SPicturePlace{.displayed = unit});
             lane.ordered = unit;
         }
         times.displayed = lane.described.displayed.value_or(unit);
@@ -118,7 +118,7 @@ CEssenceParser::STimes CEssenceParser::TimesOf(SLane& lane, std::int64_t unit, s
     return times;
 }
 
-void CEssenceParser::Note(SWalkedUnit& met, std::int64_t unit, const std::optional<SPictureOrder>& order)
+void CEssenceParser::Note(SWalkedUnit& met, std::int64_t unit, const std::optional<SPicturePlace>& order)
 {
     met.isKey = order ? order->isKey : unit == 0;
     if (order && order->displayed) met.shift = static_cast<std::int32_t>(*order->displayed - unit);

@@ -88,7 +88,7 @@ protected:
         bool isReordered = false;  ///< its pictures depend on others
         std::unique_ptr<CPictureOrder> order = nullptr; ///< reads their order; null for codings that are not read
         std::int64_t ordered = -1;                      ///< the unit that `described` is of
-        SPictureOrder described = {};
+        SPicturePlace described = {};
     };
     /// One sample before its times are known.
     struct SPiece {
@@ -126,7 +126,7 @@ protected:
     /// covers. \return null where the essence ends before
     virtual const SWalkedUnit* Walk(SLane& lane, std::int64_t unit) = 0;
     CWalkedUnits& Walked() { return walked_; }
-    static void Note(SWalkedUnit& met, std::int64_t unit, const std::optional<SPictureOrder>& order);
+    static void Note(SWalkedUnit& met, std::int64_t unit, const std::optional<SPicturePlace>& order);
     /// The stored edit unit that is shown at a position, both of the container; -1 when there is none.
     std::int64_t StoredAt(SLane& lane, std::int64_t displayed);
     /// The stored edit unit that decoding starts from.

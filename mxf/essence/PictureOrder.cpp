@@ -1,5 +1,6 @@
 #include "mxf/essence/PictureOrder.h"
 
+#include "mxf/essence/AvcPictureOrder.h"
 #include "mxf/essence/MpegPictureOrder.h"
 
 #include <cstring>
@@ -26,7 +27,7 @@ std::size_t FindStartCode(std::span<const std::uint8_t> bytes, std::size_t from,
 
 CPictureOrder::~CPictureOrder() = default;
 
-std::optional<SPictureOrder> CMpegPictureOrder::Describe(std::span<const std::uint8_t> picture, std::int64_t stored)
+std::optional<SPicturePlace> CMpegPictureOrder::Describe(std::span<const std::uint8_t> picture, std::int64_t stored)
 {
     constexpr std::uint8_t kPicture = 0x00, kExtension = 0xB5, kGroup = 0xB8;
     constexpr std::uint8_t kSequenceExtension = 1;
@@ -40,7 +41,7 @@ std::optional<SPictureOrder> CMpegPictureOrder::Describe(std::span<const std::ui
         if (*code != kPicture) continue;
         const int reference = code[1] << 2 | code[2] >> 6;
         const bool isKey = ((code[2] >> 3) & 7U) == kIntra;
-        SPictureOrder order{.displayed = groupStart_, .isKey = isKey};
+        SPicturePlace order{.displayed = groupStart_, .isKey = isKey};
         if (order.displayed) *order.displayed += reference;
         return order;
     }
@@ -63,8 +64,9 @@ bool IsReordered(const SStreamFormat& format)
 
 std::unique_ptr<CPictureOrder> MakePictureOrder(const SStreamFormat& format)
 {
-    if (IsReordered(format) && format.essenceKind == EEssenceKind::mpegPicture)
-        return std::make_unique<CMpegPictureOrder>();
+    if (!IsReordered(format)) return nullptr;
+    if (format.essenceKind == EEssenceKind::mpegPicture) return std::make_unique<CMpegPictureOrder>();
+    if (format.essenceKind == EEssenceKind::avc) return std::make_unique<CAvcPictureOrder>(format.extraData);
     return nullptr;
 }
 

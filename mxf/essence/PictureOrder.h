@@ -10,7 +10,7 @@
 namespace TamrelMxf {
 
 /// What the coded bytes of one picture say about its place.
-struct SPictureOrder {
+struct SPicturePlace {
     /// The position at which it is shown, on the scale of stored edit units; nothing while the start of the group that
     /// it counts from was not seen.
     std::optional<std::int64_t> displayed;
@@ -28,7 +28,7 @@ public:
     /// \param picture  the coded bytes of an edit unit
     /// \param stored   its number, one more than that of the last call unless Restart came in between
     /// \return nothing when no header of a picture is found
-    virtual std::optional<SPictureOrder> Describe(std::span<const std::uint8_t> picture, std::int64_t stored) = 0;
+    virtual std::optional<SPicturePlace> Describe(std::span<const std::uint8_t> picture, std::int64_t stored) = 0;
     /// How far stored order runs ahead of display order at most, in pictures; asked after the first Describe.
     virtual std::int64_t Delay() const = 0;
     /// What comes next does not follow what was described.
