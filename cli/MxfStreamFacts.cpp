@@ -158,9 +158,9 @@ Json streamFacts(const MxfFile& file)
     Json list = Json::array();
     for (const std::size_t leader : JoinStreams(demuxer.Streams()).Leaders()) {
         const SStreamLink& link = demuxer.Streams()[leader];
-        const SStreamFormat stream = DescribeStream(link);
         mxf_stream_format record{}; // what it says beyond: the wrapping that was found, the offset
         if (demuxer.GetStreamFormat(static_cast<int>(list.size()), &record, false, true) != 0) record = {};
+        const SStreamFormat& stream = demuxer.Formats()[leader];
         const SDescriptor* descriptor = link.descriptor;
         Json json;
         json["index"] = list.size();

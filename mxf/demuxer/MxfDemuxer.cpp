@@ -232,6 +232,7 @@ void CMxfDemuxer::LinkEverything()
     formats_.reserve(streams_.size());
     for (const SStreamLink& link : streams_)
         formats_.push_back(DescribeStream(link));
+    isProbed_.assign(streams_.size(), false);
     startTimecode_ = FindStartTimecode(model_);
     offsets_.assign(streams_.size(), 0);
     SetOffsets();
@@ -410,6 +411,7 @@ int CMxfDemuxer::GetStreamFormat(int stream, mxf_stream_format* format, bool wit
     if (!isHeaderParsed_) return kNotOpen;
     if (stream < 0 || std::cmp_greater_equal(stream, leaders_.size())) return kOutOfRange;
     const std::size_t index = leaders_[static_cast<std::size_t>(stream)];
+    if (probeEssence) ProbeCoding(index);
     FillRecord(*format, formats_[index], offsets_[index], withExtraData);
     const SRational timecodeRate = startTimecode_.start.editRate;
     format->timecode_rate_num = timecodeRate.num;

@@ -73,7 +73,7 @@ public:
     int GetTopPack(mxf_top_pack* pack, bool material, int index) const;
     /// \param withExtraData  false leaves the extra data out
     /// \param probeEssence   true holds what the header says about wrapping against the first bytes of essence, in
-    ///   files with a single stream
+    ///   files with a single stream; and completes the format of AVC streams by what their first picture says, once
     int GetStreamFormat(int stream, mxf_stream_format* format, bool withExtraData, bool probeEssence);
     int GetDmFramework(int index, mxf_dmd_framework* framework, std::uint32_t* count, const mxf_dmd_framework** list);
 
@@ -101,6 +101,9 @@ public:
     /// All that the header says; empty when nothing is open.
     const SHeaderModel& Model() const { return model_; }
     const std::vector<SStreamLink>& Streams() const { return streams_; }
+    /// What GetStreamFormat told of the same streams so far: the header alone, or the essence as well once it was
+    /// probed.
+    const std::vector<SStreamFormat>& Formats() const { return formats_; }
     const CPartitionScanner& Partitions() const { return scanner_; }
     const SDuration& Duration() const { return duration_; }
     const SStartTimecode& StartTimecode() const { return startTimecode_; }
@@ -131,6 +134,7 @@ private:
     SDurationSources SourcesBesideHeader();
     std::optional<SEssenceExtent> MeasureEssence();
     CEssenceParser* FindParser(int file) const;
+    void ProbeCoding(std::size_t stream);
     std::uint32_t IndexValue();
     std::optional<SIndexExtent> IndexExtent();
 
@@ -147,6 +151,7 @@ private:
     std::vector<SStreamLink> streams_;
     std::vector<std::int64_t> offsets_;  // of each stream, edit units
     std::vector<SStreamFormat> formats_; // of each stream
+    std::vector<bool> isProbed_;         // each stream: its essence was looked at
     std::vector<std::size_t> leaders_;   // the streams that the indexes of callers stand for
     std::unique_ptr<CFrameworkList> frameworks_;
     std::optional<CEssenceWalk> walk_; // once the essence had to be measured

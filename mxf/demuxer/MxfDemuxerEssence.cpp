@@ -1,10 +1,16 @@
 #include "mxf/demuxer/MxfDemuxer.h"
 
 #include "mxf/Status.h"
+#include "mxf/demuxer/AvcFacts.h"
 #include "mxf/demuxer/Delivery.h"
 #include "mxf/essence/EssenceParser.h"
+#include "mxf/essence/EssenceWalker.h"
+#include "mxf/essence/FileEssenceInput.h"
+#include "mxf/essence/PresentInput.h"
+#include "mxf/essence/TrackMatch.h"
 #include "mxf/klv/PartitionReading.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace TamrelMxf {
@@ -105,6 +111,40 @@ int CMxfDemuxer::GetKlvInfo(std::int64_t position, std::int64_t* keyLength, std:
     *keyLength = header.HeaderSize();
     *valueLength = header.length;
     return kSuccess;
+}
+
+/// Looks at the first picture of an AVC stream, without waiting for one.
+void CMxfDemuxer::ProbeCoding(std::size_t stream)
+{
+    constexpr std::size_t kMostHead = std::size_t{64} << 10;
+    constexpr int kMostKlvs = 256;
+    SStreamFormat& format = formats_[stream];
+    if (format.essenceKind != EEssenceKind::avc || isProbed_[stream]) return;
+    isProbed_[stream] = true;
+    if (!source_ || format.bodySid == 0) return CompleteAvcFormat(format, {});
+
+    CFileEssenceInput file{reader_};
+    CPresentInput present{file};
+    CRandomIndexPack partitions{source_.get(), Dict(), scanner_.RunInCorrection()};
+    const SEssenceContext context{.input = present,
+                                  .dict = Dict(),
+                                  .partitions = partitions,
+                                  .index = nullptr,
+                                  .start = {.position = scanner_.HeaderPartition()->extent.position},
+                                  .logger = {}};
+    const SEssenceTrack track{.stream = 0, .format = format};
+    CTrackMatch match{std::span{&track, 1}};
+    CEssenceWalker walker{context, format.bodySid};
+    std::span<const std::uint8_t> head;
+    for (int i = 0; i < kMostKlvs && head.empty() && walker.Next() == CEssenceWalker::EStep::found; ++i) {
+        const SEssenceKlv& klv = walker.Klv();
+        if (!klv.isSystem && match.Find(klv.key)) {
+            const std::int64_t length = klv.length < 0 ? std::int64_t{kMostHead} : klv.length;
+            head = file.Peek(klv.value, std::min(kMostHead, static_cast<std::size_t>(length)));
+        }
+        walker.Skip();
+    }
+    CompleteAvcFormat(format, head);
 }
 
 /// What the first index table segment of the stream that leads the clip says: the bytes of its edit units.

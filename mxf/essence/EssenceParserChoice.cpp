@@ -2,6 +2,7 @@
 #include "mxf/essence/EssenceWalker.h"
 #include "mxf/essence/MxfInterleavedParser.h"
 #include "mxf/essence/MxfSingleStreamParser.h"
+#include "mxf/essence/PresentInput.h"
 #include "mxf/essence/TrackMatch.h"
 #include "mxf/model/Links.h"
 
@@ -18,23 +19,6 @@ struct SLook {
     int elements = 0;       // 2 for more
     std::int64_t first = 0; // length of the first one
     bool isPlain = true;    // an element of D-10 sound holds more than samples
-};
-
-/// The essence as far as it is there: a look at it waits for nothing.
-class CPresentInput final : public CEssenceInput {
-public:
-    explicit CPresentInput(CEssenceInput& input) : input_{&input} {}
-
-    std::span<const std::uint8_t> View(std::int64_t position, std::size_t count) override
-    {
-        return input_->Peek(position, count);
-    }
-    bool IsComplete() override { return input_->IsComplete(); }
-    std::int64_t Size() override { return input_->Size(); }
-    void Release(std::int64_t /*position*/) override {}
-
-private:
-    CEssenceInput* input_;
 };
 
 /// Looks at the beginning of a container, until one of its streams has a second element.
