@@ -147,16 +147,18 @@ TEST_P(RealEssence, SamplesAreThoseThatAnotherReaderCopies)
 
 TEST_P(RealEssence, PicturesAreShownInTheOrderOfADecoder)
 {
-    if (!GetParam().isOrderLost) return; // compared above
+    if (!GetParam().isOrderLost) GTEST_SKIP() << "compared packet by packet";
     Playing playing{Path()};
     ASSERT_EQ(playing.PlayAll(), kEnded);
     const std::vector<Taken>& taken = playing.streams[0].taken;
-    std::istringstream lines{Ask("ffprobe -v error -select_streams v -show_frames -of csv=p=0 -show_entries "
+    std::istringstream lines{Ask("ffprobe -v error -select_streams v -show_frames -show_entries "
                                  "frame=coded_picture_number " +
                                  Path())};
+    const std::string word = "coded_picture_number=";
     std::size_t shown = 0;
-    for (std::string line; std::getline(lines, line); ++shown)
-        EXPECT_EQ(taken.at(static_cast<std::size_t>(std::stoi(line))).sample.pts, shown);
+    for (std::string line; std::getline(lines, line);)
+        if (line.starts_with(word))
+            EXPECT_EQ(taken.at(static_cast<std::size_t>(std::stoi(line.substr(word.size())))).sample.pts, shown++);
     EXPECT_EQ(shown, taken.size());
     for (std::size_t i = 1; i < taken.size(); ++i)
         EXPECT_LT(taken[i - 1].sample.dts, taken[i].sample.dts);
