@@ -147,7 +147,9 @@ TEST_P(RealEssence, SamplesAreThoseThatAnotherReaderCopies)
 
 TEST_P(RealEssence, PicturesAreShownInTheOrderOfADecoder)
 {
-    if (!GetParam().isOrderLost) GTEST_SKIP() << "compared packet by packet";
+    if (!GetParam().isOrderLost) {
+        GTEST_SKIP() << "compared packet by packet";
+    }
     Playing playing{Path()};
     ASSERT_EQ(playing.PlayAll(), kEnded);
     const std::vector<Taken>& taken = playing.streams[0].taken;
