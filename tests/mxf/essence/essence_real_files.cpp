@@ -159,8 +159,10 @@ TEST_P(RealEssence, PicturesAreShownInTheOrderOfADecoder)
     const std::string word = "coded_picture_number=";
     std::size_t shown = 0;
     for (std::string line; std::getline(lines, line);)
-        if (line.starts_with(word))
-            EXPECT_EQ(taken.at(static_cast<std::size_t>(std::stoi(line.substr(word.size())))).sample.pts, shown++);
+        if (line.starts_with(word)) {
+            const auto stored = static_cast<std::size_t>(std::stoi(line.substr(word.size())));
+            EXPECT_EQ(taken.at(stored).sample.pts, shown++);
+        }
     EXPECT_EQ(shown, taken.size());
     for (std::size_t i = 1; i < taken.size(); ++i)
         EXPECT_LT(taken[i - 1].sample.dts, taken[i].sample.dts);
