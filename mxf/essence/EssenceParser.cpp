@@ -93,27 +93,34 @@ std::optional<SIndexedUnit> CEssenceParser::FindIndexed(std::int64_t unit) const
     return context_.index->Find(IndexSid(), unit);
 }
 
+std::optional<SIndexedUnit> CEssenceParser::FindOrdered(const SLane& lane, std::int64_t unit)
+{
+    auto indexed = FindIndexed(unit);
+    if (!indexed || lane.order == nullptr) return indexed;
+    if (!isOrderIndexed_) isOrderIndexed_ = context_.index->ReorderDelay(IndexSid()) > 0;
+    return *isOrderIndexed_ ? indexed : std::nullopt;
+}
+
 CEssenceParser::STimes CEssenceParser::TimesOf(SLane& lane, std::int64_t unit, std::span<const std::uint8_t> bytes)
 {
     STimes times{.displayed = unit};
     if (!lane.isReordered) return times; // sound, data, and pictures that stand alone
-    const auto indexed = FindIndexed(unit);
-    if (indexed) {
-        times.displayed = indexed->displayed;
-        times.isKey = indexed->isKey;
-    } else if (lane.order == nullptr) {
-        times.isKey = unit == 0; // nothing tells of the others
-    } else if (!bytes.empty()) {
+    const auto ordered = FindOrdered(lane, unit);
+    const auto indexed = ordered ? ordered : FindIndexed(unit);
+    times.isKey = indexed ? indexed->isKey : unit == 0; // where nothing tells of the others
+    if (ordered) {
+        times.displayed = ordered->displayed;
+        if (!delay_) delay_ = context_.index->ReorderDelay(IndexSid());
+    } else if (lane.order != nullptr && !bytes.empty()) {
         if (lane.ordered != unit) {
             if (lane.ordered != unit - 1) lane.order->Restart();
             lane.described = lane.order->Describe(bytes, unit).value_or(SPicturePlace{.displayed = unit});
             lane.ordered = unit;
         }
         times.displayed = lane.described.displayed.value_or(unit);
-        times.isKey = lane.described.isKey;
+        if (!indexed) times.isKey = lane.described.isKey;
+        if (!delay_) delay_ = lane.order->Delay();
     }
-    if (!delay_ && (indexed || !bytes.empty()))
-        delay_ = indexed ? context_.index->ReorderDelay(IndexSid()) : lane.order != nullptr ? lane.order->Delay() : 0;
     times.delay = delay_.value_or(0);
     return times;
 }
@@ -127,7 +134,7 @@ void CEssenceParser::Note(SWalkedUnit& met, std::int64_t unit, const std::option
 std::int64_t CEssenceParser::StoredAt(SLane& lane, std::int64_t displayed)
 {
     if (!lane.isReordered || displayed < 0) return displayed;
-    if (FindIndexed(displayed)) {
+    if (FindOrdered(lane, displayed)) {
         const auto stored = context_.index->StoredAt(IndexSid(), displayed);
         if (stored) return *stored;
     }

@@ -120,6 +120,9 @@ protected:
     std::int64_t ToContainer(const SLane& lane, std::int64_t editUnit);
 
     std::optional<SIndexedUnit> FindIndexed(std::int64_t unit) const;
+    /// FindIndexed where the table tells the order of the pictures as well. One that never moves a picture may just
+    /// leave that out, as some writers do: then the pictures themselves are asked, if their coding is read.
+    std::optional<SIndexedUnit> FindOrdered(const SLane& lane, std::int64_t unit);
     /// \param bytes  of the sample; empty when only the index tables can tell
     STimes TimesOf(SLane& lane, std::int64_t unit, std::span<const std::uint8_t> bytes);
     /// The unit as a walk from the beginning of the container on meets it, noted in Walked(): for what no index table
@@ -153,7 +156,8 @@ private:
     std::vector<SLane> lanes_;
     bool countsPackages_;
     CWalkedUnits walked_;
-    SRational rate_;                    // fixed by the first question
+    SRational rate_; // fixed by the first question
+    std::optional<bool> isOrderIndexed_;
     std::optional<std::int64_t> delay_; // fixed by the first sample
 };
 

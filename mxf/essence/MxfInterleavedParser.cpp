@@ -135,8 +135,8 @@ std::optional<SUnitPlace> CMxfInterleavedParser::Locate(std::int64_t unit)
 /// Lets the pictures in front of `unit` be looked at, so that the order of those behind it is known.
 void CMxfInterleavedParser::Prime(std::int64_t unit)
 {
-    const bool isOrdered = std::ranges::any_of(Lanes(), [](const SLane& lane) { return lane.order != nullptr; });
-    if (!isOrdered || FindIndexed(unit) || Walk(Lanes().front(), unit) == nullptr) return;
+    const auto lane = std::ranges::find_if(Lanes(), [](const SLane& any) { return any.order != nullptr; });
+    if (lane == Lanes().end() || FindOrdered(*lane, unit) || Walk(*lane, unit) == nullptr) return;
     const std::int64_t key = Walked().KeyFrameOf(unit);
     CPackageReader reader = reader_;
     reader.Silence();
@@ -147,8 +147,8 @@ void CMxfInterleavedParser::Prime(std::int64_t unit)
             if (reader.Unit() + 1 >= unit) return;
             reader.BeginPackage();
         }
-        SLane* const lane = LaneOf(reader.Klv());
-        if (lane != nullptr && lane->order != nullptr) (void)TimesOf(*lane, reader.Unit(), Head(reader.Klv()));
+        SLane* const met = LaneOf(reader.Klv());
+        if (met != nullptr && met->order != nullptr) (void)TimesOf(*met, reader.Unit(), Head(reader.Klv()));
         reader.Accept();
     }
 }
@@ -179,12 +179,13 @@ int CMxfInterleavedParser::GetSampleInfo(std::int64_t editUnit, mxf_sample_info&
     const bool isEndless = indexed && !Context().index->CoveredUnits(IndexSid());
     const bool isBeyond = isEndless && Context().partitions.TranslateOffset(indexed->streamOffset, BodySid()) < 0;
     if (editUnit < 0 || isBeyond) return kNoSuchItem;
-    const SWalkedUnit* const walked = indexed ? nullptr : Walk(*lane, unit);
+    const bool isKnown = indexed && (!lane->isReordered || FindOrdered(*lane, unit));
+    const SWalkedUnit* const walked = isKnown ? nullptr : Walk(*lane, unit);
     if (!indexed && walked == nullptr) return kNoSuchItem;
     STimes times = TimesOf(*lane, unit, {});
     if (walked != nullptr && lane->isReordered) {
         times.displayed = unit + walked->shift;
-        times.isKey = walked->isKey;
+        if (!indexed) times.isKey = walked->isKey;
     }
     FillSampleInfo(info, *lane, {.unit = unit, .editUnit = editUnit}, times);
     if (indexed)

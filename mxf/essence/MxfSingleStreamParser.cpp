@@ -204,7 +204,7 @@ int CMxfSingleStreamParser::Seek(mxf_dmuxer_seek& seek)
     step_ = step;
     nextLane_ = 0;
     Interrupt();
-    if (lane->order != nullptr && !FindIndexed(unit) && Walk(*lane, unit) != nullptr) {
+    if (lane->order != nullptr && !FindOrdered(*lane, unit) && Walk(*lane, unit) != nullptr) {
         // What the pictures in front say is needed for those behind.
         for (std::int64_t before = Walked().KeyFrameOf(unit); before < unit; ++before) {
             SSpan head;
@@ -227,7 +227,8 @@ int CMxfSingleStreamParser::GetSampleInfo(std::int64_t editUnit, mxf_sample_info
     if (editUnit < 0 || Locate(*lane, editUnit, editUnit + 1, span) != EStep::found) return kNoSuchItem;
     STimes times = TimesOf(*lane, editUnit, {});
     const auto indexed = FindIndexed(editUnit);
-    const SWalkedUnit* const walked = indexed || !lane->isReordered ? nullptr : Walk(*lane, editUnit);
+    const bool isKnown = !lane->isReordered || FindOrdered(*lane, editUnit);
+    const SWalkedUnit* const walked = isKnown ? nullptr : Walk(*lane, editUnit);
     if (walked != nullptr)
         times = {.displayed = editUnit + walked->shift, .delay = times.delay, .isKey = walked->isKey};
     FillSampleInfo(info, *lane, {.unit = editUnit, .editUnit = editUnit}, times);
