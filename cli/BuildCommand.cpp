@@ -92,7 +92,7 @@ bool inspectAll(const Arguments& arguments, const PELDictionary& options, Consol
 {
     bool allRead = true;
     for (const std::string& path : arguments.files) {
-        console.beginStep();
+        console.beginStep(path);
         out.push_back(inspectFile(path, options));
         if (out.back().status == 0) continue;
         console.error(path + ": " + out.back().problem);
@@ -175,6 +175,7 @@ ExitCode build(const Arguments& arguments, Console& console)
     std::vector<FileURL> urls;
     for (const InspectedFile& file : recording.inspected)
         urls.push_back(file.url);
+    console.beginStep(); // what there was to say about the files has been said
     recording.files = PELFileElement::fileElementsWithURLs(urls, *options);
     if (recording.files.size() != urls.size()) {
         console.error("a file went away while it was read");
@@ -195,7 +196,7 @@ void addOptions(CLI::App& app, Arguments& arguments)
     // A shell variable that is not set must not quietly build another project.
     const CLI::Validator notEmpty{
         [](const std::string& value) { return std::string(value.empty() ? "must not be empty" : ""); }, ""};
-    app.add_option("FILE", arguments.files, "media files of one recording (.mov), cameras and sound recorders")
+    app.add_option("FILE", arguments.files, "media files of one recording (.mov, .mxf), cameras and sound recorders")
         ->required()
         ->type_name("");
     app.add_option("-o,--output", arguments.output, "where the project is written; standard output without it or for -")
@@ -234,12 +235,12 @@ Command addBuild(CLI::App& parent)
                    "also a multiclip, with --sequence also a sequence that is cut from it. The files, their common "
                    "span and what will not import well are shown first. The project is written whole or not at all. "
                    "A --set counts more than --options, a switch more than both.",
-        .examples = {{"zanfcp build CAM_A.mov CAM_B.mov SOUND.mov --sequence -o show.xml", "a project with a sequence"},
+        .examples = {{"zanfcp build CAM_A.mxf CAM_B.mov SOUND.mov --sequence -o show.xml", "a project with a sequence"},
                      {"zanfcp build *.mov --sequence --cuts cuts.json --set projectName=\"Show 12\" -o show.xml",
                       "with a cut list and a name"},
                      {"zanfcp build *.mov --multiclip --validate >show.xml",
                       "a multiclip, checked, to standard output"}},
-        .fileTypes = {"mov"},
+        .fileTypes = {"mov", "mxf"},
         .run = [arguments](Console& console) { return build(*arguments, console); },
     };
 }

@@ -21,7 +21,7 @@ struct Example {
     std::string meaning;
 };
 
-/// One subcommand: its options, which the parser fills in, and what runs then.
+/// One subcommand, or one of a group such as "mxf info": its options, which the parser fills in, and what runs then.
 struct Command {
     CLI::App* app = nullptr; ///< owned by the parent it was added to
     std::string details;     ///< what its one-line description leaves open, in whole paragraphs
@@ -29,6 +29,9 @@ struct Command {
     std::vector<std::string> fileTypes{}; ///< extensions of the files it takes, for shell completion
     std::function<ExitCode(Console&)> run;
 };
+
+/// What a person types to reach it, without the program's name: "build", "mxf info".
+std::string commandName(const CLI::App& app);
 
 // Each adds its subcommand to `parent`.
 Command addInspect(CLI::App& parent);
@@ -42,6 +45,8 @@ Command addGet(CLI::App& parent);
 Command addOpen(CLI::App& parent);
 Command addSave(CLI::App& parent);
 Command addClose(CLI::App& parent);
+/// Adds the group "mxf" to `parent`. \return the commands in it
+std::vector<Command> addMxf(CLI::App& parent);
 /// Hidden from help: for packages, which install what it prints. `commands` is borrowed and read when it runs.
 Command addCompletion(CLI::App& parent, const std::vector<Command>& commands);
 Command addMan(CLI::App& parent, const std::vector<Command>& commands);

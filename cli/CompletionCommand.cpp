@@ -3,6 +3,8 @@
 #include "cli/OptionTable.h"
 #include "cli/Timecodes.h"
 
+#include <algorithm>
+#include <iterator>
 #include <memory>
 
 namespace zanfcp::cli {
@@ -33,9 +35,9 @@ std::string optionPattern(const CLI::App& app, const CLI::Option& option)
 {
     std::vector<std::string> patterns;
     for (const std::string& name : option.get_snames())
-        patterns.push_back("\"" + app.get_name() + " -" + name + "\"");
+        patterns.push_back("\"" + commandName(app) + " -" + name + "\"");
     for (const std::string& name : option.get_lnames())
-        patterns.push_back("\"" + app.get_name() + " --" + name + "\"");
+        patterns.push_back("\"" + commandName(app) + " --" + name + "\"");
     return joined(patterns, " | ");
 }
 
@@ -54,11 +56,33 @@ std::string offer(const std::string& valueName)
     return ":";
 }
 
-std::string bashCompletion(const CLI::App& parent, const std::vector<Command>& commands)
+/// The commands that help shows, and their groups, by full names; what belongs to a group stands before it.
+std::vector<const CLI::App*> completedApps(const CLI::App& parent)
+{
+    std::vector<const CLI::App*> apps;
+    for (const CLI::App* app : parent.get_subcommands(nullptr)) {
+        if (app->get_group().empty()) continue;
+        std::ranges::copy(completedApps(*app), std::back_inserter(apps));
+        apps.push_back(app);
+    }
+    return apps;
+}
+
+/// The commands that can stand behind this one.
+std::string subcommandNames(const CLI::App& parent)
 {
     std::vector<std::string> names;
-    for (const Command& command : commands)
-        if (!command.app->get_group().empty()) names.push_back(command.app->get_name());
+    for (const CLI::App* app : parent.get_subcommands(nullptr))
+        if (!app->get_group().empty()) names.push_back(app->get_name());
+    return joined(names, " ");
+}
+
+std::string bashCompletion(const CLI::App& parent, const std::vector<Command>& commands)
+{
+    const std::vector<const CLI::App*> apps = completedApps(parent);
+    std::vector<std::string> ways;
+    for (const CLI::App* app : apps)
+        ways.push_back("'" + commandName(*app->get_parent()) + " " + app->get_name() + "'");
 
     std::string text = R"(# bash completion for zanfcp
 
@@ -81,26 +105,26 @@ _zanfcp() {
     local cur=${COMP_WORDS[COMP_CWORD]} prev=${COMP_WORDS[COMP_CWORD - 1]} command='' i
     COMPREPLY=()
     for ((i = 1; i < COMP_CWORD; i++)); do
-        case ${COMP_WORDS[i]} in
+        case "$command ${COMP_WORDS[i]}" in
 )";
-    text += "        " + joined(names, " | ") + ") command=${COMP_WORDS[i]}; break ;;\n        esac\n    done\n";
+    text += "        " + joined(ways, " | ") +
+            ") command=${command:+$command }${COMP_WORDS[i]} ;;\n        esac\n    done\n";
     text += "    case \"$command $prev\" in\n";
-    for (const Command& command : commands) {
-        if (command.app->get_group().empty()) continue;
-        for (const CLI::Option* option : command.app->get_options())
+    for (const CLI::App* app : apps)
+        for (const CLI::Option* option : app->get_options())
             if (!option->get_positional() && option->get_items_expected_max() > 0 && !option->get_type_name().empty())
-                text += "    " + optionPattern(*command.app, *option) + ") " + offer(option->get_type_name()) +
-                        "; return ;;\n";
-    }
+                text += "    " + optionPattern(*app, *option) + ") " + offer(option->get_type_name()) + "; return ;;\n";
     text += "    esac\n    case \"$command $cur\" in\n";
     text += "    ' -'*) _zanfcp_words '" + joined(optionNames(parent), " ") + "' ;;\n";
-    text += "    ' '*) _zanfcp_words '" + joined(names, " ") + "' ;;\n";
-    for (const Command& command : commands) {
-        if (command.app->get_group().empty()) continue;
-        const std::string& name = command.app->get_name();
-        text += "    '" + name + " -'*) _zanfcp_words '" + joined(optionNames(*command.app), " ") + "' ;;\n";
-        if (!command.fileTypes.empty())
-            text += "    '" + name + " '*) _zanfcp_files " + joined(command.fileTypes, " ") + " ;;\n";
+    text += "    ' '*) _zanfcp_words '" + subcommandNames(parent) + "' ;;\n";
+    for (const CLI::App* app : apps) {
+        const std::string name = commandName(*app);
+        const auto command = std::ranges::find(commands, app, &Command::app);
+        text += "    '" + name + " -'*) _zanfcp_words '" + joined(optionNames(*app), " ") + "' ;;\n";
+        if (const std::string names = subcommandNames(*app); !names.empty())
+            text += "    '" + name + " '*) _zanfcp_words '" + names + "' ;;\n";
+        else if (command != commands.end() && !command->fileTypes.empty())
+            text += "    '" + name + " '*) _zanfcp_files " + joined(command->fileTypes, " ") + " ;;\n";
     }
     return text + "    esac\n}\n\ncomplete -F _zanfcp zanfcp\n";
 }

@@ -1,6 +1,8 @@
 #include "cli/Console.h"
 
 #include "cli/Text.h"
+#include "media/MXFMovieProperties.h"
+#include "platform/Format.h"
 
 #include <cerrno>
 #include <cstring>
@@ -34,10 +36,12 @@ void say(std::string_view text)
 Console::Console()
 {
     before_ = ZANLogger::setSink([this](LogLevel level, std::string_view line) { log(level, line); });
+    setMXFMessageSink(&mxfSink_);
 }
 
 Console::~Console()
 {
+    setMXFMessageSink(nullptr);
     ZANLogger::setSink(std::move(before_));
 }
 
@@ -83,8 +87,9 @@ void Console::note(std::string_view text)
     if (!quiet_) say(text);
 }
 
-void Console::beginStep()
+void Console::beginStep(std::string_view file)
 {
+    stepFile_ = file;
     stepErrors_.clear();
 }
 
@@ -101,6 +106,27 @@ void Console::log(LogLevel level, std::string_view line)
         say(std::string(level == LogLevel::error && !isTrace(line) ? "[error] " : "[log] ") + printable(line) + "\n");
     else if (level == LogLevel::error && !isTrace(line) && stepErrors_.size() < kMaxStepLines)
         stepErrors_.emplace_back(line);
+}
+
+void Console::MxfSink::DoLogError(const char* format, va_list arguments)
+{
+    console_.log(LogLevel::error, formatList(format, arguments));
+}
+void Console::MxfSink::DoLogWarning(const char* format, va_list arguments)
+{
+    const std::string line = formatList(format, arguments);
+    if (console_.stepFile_.empty())
+        console_.log(LogLevel::normal, line);
+    else
+        console_.warning(console_.stepFile_ + ": " + line);
+}
+void Console::MxfSink::DoLogInfo(const char* format, va_list arguments)
+{
+    console_.log(LogLevel::normal, formatList(format, arguments));
+}
+void Console::MxfSink::DoLogDebug(const char* format, va_list arguments)
+{
+    console_.log(LogLevel::normal, formatList(format, arguments));
 }
 
 bool isTrace(std::string_view line)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "mxf/io/Snitcher.h"
 #include "platform/Log.h"
 
 #include <string>
@@ -8,7 +9,7 @@
 
 namespace zanfcp::cli {
 
-/// What the command says: results on standard output, messages on standard error, and the log lines of the library,
+/// What the command says: results on standard output, messages on standard error, and the log lines of both libraries,
 /// which it receives as long as it lives. One at a time.
 class Console {
 public:
@@ -36,11 +37,29 @@ public:
     void note(std::string_view text);
 
     /// Forgets the log lines so far: those of the step that begins are kept.
-    void beginStep();
+    /// \param file  that the step reads: warnings of the MXF library then name it. Without one they are log lines like
+    ///   any other.
+    void beginStep(std::string_view file = {});
     /// Shows the error lines of the step, unless they were shown as they came.
     void stepFailed();
 
+    /// The sink for messages of the MXF library: errors belong to the step, warnings are warnings, everything else
+    /// shows when verbose.
+    CSnitcher& mxfSink() { return mxfSink_; }
+
 private:
+    class MxfSink final : public CSnitcher {
+    public:
+        explicit MxfSink(Console& console) : console_{console} {}
+        void DoLogError(const char* format, va_list arguments) override;
+        void DoLogWarning(const char* format, va_list arguments) override;
+        void DoLogInfo(const char* format, va_list arguments) override;
+        void DoLogDebug(const char* format, va_list arguments) override;
+
+    private:
+        Console& console_;
+    };
+
     void log(LogLevel level, std::string_view line);
     bool flush();
 
@@ -48,7 +67,9 @@ private:
     bool verbose_ = false;
     std::string results_;
     int writeFault_ = 0; ///< errno of the first write of results that failed
+    std::string stepFile_;
     std::vector<std::string> stepErrors_;
+    MxfSink mxfSink_{*this};
     ZANLogger::Sink before_;
 };
 

@@ -21,14 +21,6 @@ std::string pixelText(const PELMovieProperties& properties)
     return NSStringFromPELPixelAspectRatio(properties.pixelAspectRatio) + (properties.anamorphic ? " 16:9" : "");
 }
 
-std::string codecText(const PELMovieProperties& properties)
-{
-    if (!properties.hasVideo) return {};
-    const std::string code = properties.videoCodec.typeCode.text();
-    const std::string name = fieldText(properties.videoCodec.name);
-    return name.empty() ? code : name + " (" + code + ")";
-}
-
 std::string soundText(const PELMovieProperties& properties)
 {
     if (!properties.hasAudio) return {};
@@ -45,7 +37,7 @@ ExitCode inspect(const Arguments& arguments, Console& console)
     bool anyRead = false;
     bool allRead = true;
     for (const std::string& path : arguments.files) {
-        console.beginStep();
+        console.beginStep(path);
         const InspectedFile file = inspectFile(path, options);
         if (file.status != 0) {
             allRead = false;
@@ -61,7 +53,7 @@ ExitCode inspect(const Arguments& arguments, Console& console)
                           properties.hasVideo ? NSStringFromPELFieldDominance(properties.videoCodec.fieldDominance)
                                               : std::string(),
                           rateText(properties.timecode.rate), startText(properties), lengthText(properties),
-                          std::to_string(properties.duration), codecText(properties), soundText(properties),
+                          std::to_string(properties.duration), file.codec, soundText(properties),
                           fieldText(properties.reel)});
         }
     }
@@ -75,17 +67,18 @@ Command addInspect(CLI::App& parent)
 {
     auto arguments = std::make_shared<Arguments>();
     CLI::App* app = parent.add_subcommand("inspect", "Show what media files say of themselves");
-    app->add_option("FILE", arguments->files, "media files (.mov)")->required()->type_name("");
+    app->add_option("FILE", arguments->files, "media files (.mov, .mxf)")->required()->type_name("");
     app->add_flag("--json", arguments->json, "one JSON object a line for each file, for other programs");
     app->add_flag("--interlaced", arguments->interlaced, "take the pictures as interlaced");
     return {
         .app = app,
         .details = "Reads the headers of each file: picture, codec, sound, start timecode, length and reel. A file "
                    "without picture is measured by its sound. With --json, the keys are the names of the fields; "
-                   "\"status\" is 0 for a file that could be read.",
-        .examples = {{"zanfcp inspect CAM_A.mov CAM_B.mov", "a table of two files"},
+                   "\"status\" is 0 for a file that could be read. \"zanfcp mxf info\" tells more of an MXF file; one "
+                   "that is still being written, or cut short, is waited for, some ten seconds.",
+        .examples = {{"zanfcp inspect CAM_A.mxf CAM_B.mov", "a table of two files"},
                      {"zanfcp inspect --json *.mov | jq .timecode.string", "the start timecodes alone"}},
-        .fileTypes = {"mov"},
+        .fileTypes = {"mov", "mxf"},
         .run = [arguments](Console& console) { return inspect(*arguments, console); },
     };
 }

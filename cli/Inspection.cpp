@@ -1,5 +1,6 @@
 #include "cli/Inspection.h"
 
+#include "cli/MxfWords.h"
 #include "cli/Timecodes.h"
 
 #include <algorithm>
@@ -14,17 +15,6 @@ namespace {
 
 constexpr std::int32_t kUnreadable = -38;
 
-/// Why a file cannot even be tried; empty when it can.
-std::string obstacle(const std::string& path)
-{
-    struct stat info {};
-    if (::stat(path.c_str(), &info) != 0) return errno == ENOENT ? "no such file" : std::strerror(errno);
-    if (S_ISDIR(info.st_mode)) return "is a folder";
-    if (!S_ISREG(info.st_mode)) return "is no regular file";
-    if (::access(path.c_str(), R_OK) != 0) return std::strerror(errno);
-    return {};
-}
-
 std::string refusal(const FileURL& url)
 {
     const std::string extension = url.pathExtension();
@@ -35,6 +25,17 @@ std::string refusal(const FileURL& url)
         if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
     if (lowered == "mov" || lowered == "mxf") return "unknown type: the extension must be in lower case, ." + lowered;
     return "unknown type: " + (extension.empty() ? std::string("a name without extension") : "." + extension);
+}
+
+/// Documents call the picture of every MXF file XDCAM; a person is told what it is.
+std::string codecText(const InspectedFile& file)
+{
+    const PELCodecProperties& codec = file.properties.videoCodec;
+    if (file.url.pathExtension() == "mxf")
+        if (const std::string text = pictureCodecOfFile(file.url.path()); !text.empty()) return text;
+    const std::string code = codec.typeCode.text();
+    const std::string name = fieldText(codec.name);
+    return name.empty() ? code : name + " (" + code + ")";
 }
 
 nlohmann::ordered_json codecJson(const PELCodecProperties& codec)
@@ -66,16 +67,29 @@ nlohmann::ordered_json timecodeJson(const PELTimecode& timecode)
 
 } // namespace
 
+std::string obstacle(const std::string& path)
+{
+    struct stat info {};
+    if (::stat(path.c_str(), &info) != 0) return errno == ENOENT ? "no such file" : std::strerror(errno);
+    if (S_ISDIR(info.st_mode)) return "is a folder";
+    if (!S_ISREG(info.st_mode)) return "is no regular file";
+    if (::access(path.c_str(), R_OK) != 0) return std::strerror(errno);
+    return {};
+}
+
 InspectedFile inspectFile(const std::string& path, const PELDictionary& options)
 {
     InspectedFile file{
-        .path = path, .url = FileURL::fileURLWithPath(path), .problem = obstacle(path), .properties = {}};
+        .path = path, .url = FileURL::fileURLWithPath(path), .problem = obstacle(path), .properties = {}, .codec = {}};
     if (!file.problem.empty()) {
         file.status = kUnreadable;
         return file;
     }
     file.status = PELGetPropertiesOfMovieAtURL(file.url, file.properties, options);
-    if (file.status != 0) file.problem = refusal(file.url);
+    if (file.status != 0)
+        file.problem = refusal(file.url);
+    else if (file.properties.hasVideo)
+        file.codec = codecText(file);
     return file;
 }
 
@@ -86,6 +100,7 @@ std::string inspectionJson(const InspectedFile& file)
     json["schemaVersion"] = kInspectionSchema;
     json["path"] = file.path;
     json["status"] = file.status;
+    json["codec"] = file.codec;
     json["hasVideo"] = properties.hasVideo;
     json["width"] = properties.width;
     json["height"] = properties.height;

@@ -16,14 +16,19 @@ struct InspectedFile {
     std::int32_t status = 0;       ///< 0, or -38 when it could not be read
     std::string problem;           ///< then why, for a person
     PELMovieProperties properties; ///< then all zero
+    std::string codec;             ///< of the picture, with its code, as the file names it; empty without picture
 };
+
+/// Why a file cannot even be tried: it is not there, no regular file, or not readable. Empty when it can.
+std::string obstacle(const std::string& path);
 
 /// Reads one file. Only regular files are opened. Selects the rate of the file process-wide.
 /// \param options  as for PELGetPropertiesOfMovieAtURL
 InspectedFile inspectFile(const std::string& path, const PELDictionary& options);
 
-/// One line of JSON without a line end: "schemaVersion", "path", "status", then the fields of the record by their
-/// names. Codes and enumerations are texts; "vendorCode" is null where the file names none.
+/// One line of JSON without a line end: "schemaVersion", "path", "status", "codec", then the fields of the record by
+/// their names. "videoCodec" of an MXF file is always of the XDCAM family; "codec" is what it really holds. Codes and
+/// enumerations are texts; "vendorCode" is null where the file names none.
 std::string inspectionJson(const InspectedFile& file);
 /// Raised when a key of inspectionJson changes its name, its type or its meaning; new keys do not count.
 inline constexpr int kInspectionSchema = 1;

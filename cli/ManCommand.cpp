@@ -76,7 +76,7 @@ std::string manualPage(const CLI::App& parent, const std::vector<Command>& comma
     text += ".SH NAME\nzanfcp \\- Final Cut Pro 7 projects from multi-camera recordings\n.SH SYNOPSIS\n";
     for (const Command& command : commands) {
         if (command.app->get_group().empty()) continue;
-        text += ".B zanfcp " + command.app->get_name() + "\n[\\fIOPTIONS\\fR]" + escaped(positionals(*command.app)) +
+        text += ".B zanfcp " + commandName(*command.app) + "\n[\\fIOPTIONS\\fR]" + escaped(positionals(*command.app)) +
                 "\n.br\n";
     }
     text += ".SH DESCRIPTION\n" + escaped(parent.get_description()) +
@@ -85,7 +85,7 @@ std::string manualPage(const CLI::App& parent, const std::vector<Command>& comma
             optionItems(parent) + ".SH COMMANDS\n";
     for (const Command& command : commands) {
         if (command.app->get_group().empty()) continue;
-        text += ".SS " + command.app->get_name() + "\n" + escaped(command.app->get_description()) + ".\n.PP\n" +
+        text += ".SS " + commandName(*command.app) + "\n" + escaped(command.app->get_description()) + ".\n.PP\n" +
                 escaped(command.details) + "\n" + optionItems(*command.app);
     }
     text += ".SH PROJECT OPTIONS\nKeys of the object in OPTIONS.json, and of\n.B \\-\\-set\n"

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <exception>
 #include <fcntl.h>
+#include <iterator>
 #include <memory>
 #include <unistd.h>
 
@@ -28,12 +29,22 @@ void addSwitches(CLI::App& app, Switches& switches)
     app.add_flag("-v,--verbose", switches.verbose, "show every step on standard error");
 }
 
-std::vector<std::string> visibleNames(const std::vector<Command>& commands)
+/// The commands of the program or of a group that help shows.
+std::vector<std::string> visibleNames(const CLI::App& parent)
 {
     std::vector<std::string> names;
-    for (const Command& command : commands)
-        if (!command.app->get_group().empty()) names.push_back(command.app->get_name());
+    for (const CLI::App* command : parent.get_subcommands(nullptr))
+        if (!command->get_group().empty()) names.push_back(command->get_name());
     return names;
+}
+
+/// The command that was typed, as far as there is one: the program, a group or a command.
+const CLI::App& usedApp(const CLI::App& app)
+{
+    const CLI::App* used = &app;
+    while (!used->get_subcommands().empty())
+        used = used->get_subcommands().front();
+    return *used;
 }
 
 /// The option that was most likely meant by one that does not exist.
@@ -47,24 +58,24 @@ std::string hintForOption(const std::string& wrongOption, const CLI::App& app)
     return near ? "; did you mean " + *near + "?" : "";
 }
 
-ExitCode wrongUsage(const CLI::ParseError& fault, const CLI::App& app, const std::vector<Command>& commands,
-                    Console& console)
+ExitCode wrongUsage(const CLI::ParseError& fault, const CLI::App& app, Console& console)
 {
-    const CLI::App* used = &app;
-    for (const Command& command : commands)
-        if (command.app->parsed()) used = command.app;
+    const CLI::App& used = usedApp(app);
+    const bool isGroup = used.get_require_subcommand_min() > 0;
+    const std::string name = commandName(used);
+    const std::string before = name.empty() ? name : name + " ";
     std::string text = fault.what();
     std::ranges::replace(text, '\n', ' ');
     const std::vector<std::string> spare = app.remaining(true);
-    if (used == &app && !spare.empty() && !spare.front().starts_with('-')) {
-        text = "there is no command \"" + spare.front() + "\"";
-        if (const auto near = nearestName(spare.front(), visibleNames(commands)))
-            text += "; did you mean " + *near + "?";
+    if (isGroup && !spare.empty() && !spare.front().starts_with('-')) {
+        text = "there is no command \"" + before + spare.front() + "\"";
+        if (const auto near = nearestName(spare.front(), visibleNames(used)))
+            text += "; did you mean " + before + *near + "?";
     } else if (!spare.empty() && spare.front().starts_with("--")) {
-        text = "there is no option " + spare.front() + hintForOption(spare.front(), *used);
+        text = "there is no option " + spare.front() + hintForOption(spare.front(), used);
     }
     console.error(text);
-    console.errorLines("Try: zanfcp " + (used == &app ? "" : used->get_name() + " ") + "--help\n");
+    console.errorLines("Try: zanfcp " + before + "--help\n");
     return kWrongUsage;
 }
 
@@ -81,9 +92,13 @@ ExitCode run(int argc, const char* const* argv, Console& console)
     std::vector<Command> commands = {addInspect(app),  addBuild(app), addValidate(app), addLabels(app),
                                      addTimecode(app), addHost(app),  addSend(app),     addGet(app),
                                      addOpen(app),     addSave(app),  addClose(app)};
+    std::ranges::move(addMxf(app), std::back_inserter(commands));
     commands.reserve(commands.size() + 2);
     commands.push_back(addCompletion(app, commands));
     commands.push_back(addMan(app, commands));
+    for (CLI::App* group :
+         app.get_subcommands([](const CLI::App* one) { return one->get_require_subcommand_min() > 0; }))
+        addSwitches(*group, switches);
     for (const Command& command : commands) {
         addSwitches(*command.app, switches);
         command.app->footer(helpFooter(command));
@@ -104,7 +119,7 @@ ExitCode run(int argc, const char* const* argv, Console& console)
         console.print(version.what() + std::string("\n"));
         return kDone;
     } catch (const CLI::ParseError& fault) {
-        return wrongUsage(fault, app, commands, console);
+        return wrongUsage(fault, app, console);
     }
     console.setQuiet(switches.quiet);
     console.setVerbose(switches.verbose);
@@ -122,10 +137,16 @@ void holdStandardStreams()
 
 } // namespace
 
+std::string commandName(const CLI::App& app)
+{
+    if (app.get_parent() == nullptr) return {};
+    const std::string group = commandName(*app.get_parent());
+    return (group.empty() ? "" : group + " ") + app.get_name();
+}
+
 int runProgram(int argc, const char* const* argv)
 {
     holdStandardStreams();
-    setMXFMessageStream(stderr); // standard output is for results
     Console console;
     ExitCode code = kFailed;
     try {

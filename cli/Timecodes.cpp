@@ -64,6 +64,16 @@ const TimecodeRate& selected(PELRate rate)
     return TimecodeRate::current();
 }
 
+std::string labelOf(std::int64_t frames, const TimecodeRate& counting)
+{
+    const std::int64_t day = counting.framesPerDay();
+    const std::int64_t ofDay = (frames % day + day) % day;
+    const auto hour = static_cast<std::uint32_t>(ofDay / counting.framesPerHour());
+    const FrameLabel label = counting.labelAt(static_cast<std::uint32_t>(ofDay % counting.framesPerHour()));
+    return format("%02u:%02u:%02u%c%02u", hour, label.minute, label.second, counting.isDropFrame() ? ';' : ':',
+                  label.frame);
+}
+
 Error notALabel(std::string_view text, const std::string& why)
 {
     return Error{.fault = Fault::malformed, .what = "\"" + std::string(text) + "\" is no timecode: " + why};
@@ -139,13 +149,15 @@ Result<NSInteger> framesFromText(std::string_view text, PELRate rate)
 
 std::string labelFromFrames(NSInteger frames, PELRate rate)
 {
-    const TimecodeRate& counting = selected(rate);
-    const NSInteger day = counting.framesPerDay();
-    const NSInteger ofDay = (frames % day + day) % day;
-    const auto hour = static_cast<std::uint32_t>(ofDay / counting.framesPerHour());
-    const FrameLabel label = counting.labelAt(static_cast<std::uint32_t>(ofDay % counting.framesPerHour()));
-    return format("%02u:%02u:%02u%c%02u", hour, label.minute, label.second, counting.isDropFrame() ? ';' : ':',
-                  label.frame);
+    return labelOf(frames, selected(rate));
+}
+
+std::string labelAtBase(std::int64_t frames, std::uint16_t base, bool dropFrame)
+{
+    constexpr std::uint16_t kMostFrames = 1000; // a day of them fits 32 bits
+    if (base == 0 || base > kMostFrames) return {};
+    const std::uint32_t dropped = dropFrame && base % 30 == 0 ? base / 15U : 0U;
+    return labelOf(frames, {.framesPerSecond = base, .droppedPerMinute = dropped});
 }
 
 NSInteger framesPerDay(PELRate rate)

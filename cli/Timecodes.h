@@ -34,6 +34,11 @@ bool looksLikeTimecode(std::string_view text);
 /// The label of a frame of the day, with ";" at drop-frame rates. Frames beyond a day, and negative ones, wrap.
 std::string labelFromFrames(NSInteger frames, PELRate rate);
 
+/// The label of a frame of the day at any whole number of frames a second, without selecting a rate: for files whose
+/// counting is not one of the rates above. Drop-frame counts 2 labels less a minute for every 30 frames a second (SMPTE
+/// ST 12-1) and is only known at multiples of 30. Frames beyond a day, and negative ones, wrap; empty for base 0.
+std::string labelAtBase(std::int64_t frames, std::uint16_t base, bool dropFrame);
+
 /// Frames in one day of labels.
 NSInteger framesPerDay(PELRate rate);
 

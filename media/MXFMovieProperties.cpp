@@ -27,7 +27,7 @@ struct FreeDemuxer {
     }
 };
 
-std::FILE* messageStream = stdout;
+CSnitcher* messageSink = nullptr;
 
 void printLine(std::FILE* stream, const char* prefix, const char* format, va_list arguments)
 {
@@ -125,9 +125,9 @@ void CMyLogger::DoLogDebug(const char* format, va_list arguments)
     printLine(stream_, "", format, arguments);
 }
 
-void setMXFMessageStream(std::FILE* stream)
+void setMXFMessageSink(CSnitcher* sink)
 {
-    messageStream = stream;
+    messageSink = sink;
 }
 
 NSInteger timebaseFromFrameInfo(std::uint32_t code)
@@ -172,7 +172,8 @@ void propagateMXFCodecInfo(PELMovieProperties& properties, const mxf_stream_form
 
 std::int32_t readMXFProperties(const FileURL& url, PELMovieProperties& properties, const PELDictionary& options)
 {
-    CMyLogger logger{messageStream}; // outlives the demuxer
+    CMyLogger logger; // outlives the demuxer
+    CSnitcher* const sink = messageSink != nullptr ? messageSink : &logger;
     const std::unique_ptr<TamrelMxf::CMxfDemuxer, FreeDemuxer> demuxer{mxfDemuxNew()};
     if (!demuxer) {
         std::fputs("MXF Demuxer: Unable to create MXF Demuxer\n", stderr);
@@ -182,7 +183,7 @@ std::int32_t readMXFProperties(const FileURL& url, PELMovieProperties& propertie
     config.timeout = kTimeoutSeconds;
     config.lazy_index_loading = 1;
     config.flag = 1;
-    if (const int error = mxfDemuxOpen(demuxer.get(), url.path().c_str(), &config, &logger); error != 0) {
+    if (const int error = mxfDemuxOpen(demuxer.get(), url.path().c_str(), &config, sink); error != 0) {
         std::fprintf(stderr, "MXF Demuxer: Unable to open MXF Demuxer with error %i\n", error);
         return kUnreadable;
     }

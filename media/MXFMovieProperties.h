@@ -25,9 +25,10 @@ private:
     std::FILE* stream_;
 };
 
-/// Where the messages go while MXF properties are read: standard output, unless a program that writes its results
-/// there says otherwise. \param stream  borrowed for the rest of the process
-void setMXFMessageStream(std::FILE* stream);
+/// Where the messages go while MXF properties are read: to a CMyLogger on standard output, unless a program that has
+/// a better place for them says otherwise.
+/// \param sink  borrowed until the next call; null for the logger
+void setMXFMessageSink(CSnitcher* sink);
 
 /// Fills `properties`, all zero before, from an MXF file. A file that is still being written or not there yet is
 /// waited for, some ten seconds.

@@ -313,6 +313,8 @@ SMarks FindMarks(const SHeaderModel& model)
     if (package == nullptr) return marks;
     marks.markIn = package->markIn;
     marks.markOut = package->markOut;
+    // A second property, "Timebase Track Id", is spoken of as a stand-in; no register at hand has a label for it, so it
+    // cannot be found in a file.
     marks.timebaseTrackId = package->timebaseReferenceTrackId.value_or(0);
     const auto fill = [&](const std::optional<std::int64_t>& in, const std::optional<std::int64_t>& out,
                           const std::optional<std::uint32_t>& trackId) {

@@ -184,14 +184,15 @@ TEST(MXFProperties, UnreadableFileIsRefusedWithItsReason)
 
 TEST(MXFProperties, MessagesGoWhereAProgramWantsThem)
 {
-    setMXFMessageStream(stderr);
+    CMyLogger toStandardError{stderr};
+    setMXFMessageSink(&toStandardError);
     testing::internal::CaptureStderr();
     testing::internal::CaptureStdout();
     const TempFolder folder;
     const FileURL url = FileURL::fileURLWithPath(folder.write("noise.mxf", std::string(70'000, 'x')));
     PELMovieProperties properties;
     EXPECT_EQ(PELGetPropertiesOfMovieAtURL(url, properties, {}), -38);
-    setMXFMessageStream(stdout);
+    setMXFMessageSink(nullptr);
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
     EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("Error: parse headers failure"));
 }

@@ -1,0 +1,14 @@
+#include "cli/MxfCommands.h"
+
+namespace zanfcp::cli {
+
+std::vector<Command> addMxf(CLI::App& parent)
+{
+    CLI::App* group = parent.add_subcommand("mxf", "Look into MXF files: info, dump");
+    group->require_subcommand(1);
+    group->footer("Each command has a help of its own: zanfcp mxf COMMAND --help\n\nExit codes: " +
+                  std::string(kExitCodes));
+    return {addMxfInfo(*group), addMxfDump(*group)};
+}
+
+} // namespace zanfcp::cli
