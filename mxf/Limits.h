@@ -31,6 +31,20 @@ inline constexpr int kMaxKlvsWalked = 4096;
 inline constexpr int kMaxFillsInARow = 16;
 inline constexpr int kMaxIndexSegmentsInARow = 4096;
 
+/// Index table segments of a whole file: two a second for eighteen hours.
+inline constexpr std::size_t kMaxIndexSegments = 131'072;
+
+/// How far back a key frame is looked for when an index entry does not say where it is, in edit units.
+inline constexpr int kMaxKeyFrameDistance = 1024;
+
+/// How often the size of edit units may change inside a table of constant sizes for their places to be added up.
+inline constexpr int kMaxSizeChanges = 1024;
+
+/// Edit units that are remembered of a file without index table, 8 bytes each: 38 hours at 60 a second.
+inline constexpr std::size_t kMaxNotedUnits = std::size_t{1} << 23;
+/// Stretches that they may lie in.
+inline constexpr std::size_t kMaxNotedRuns = 4096;
+
 /// One step of an allocation for data whose real size is not known.
 inline constexpr std::size_t kReadStepBytes = std::size_t{1} << 20;
 
@@ -46,5 +60,17 @@ inline constexpr std::size_t kMaxFrameworkTexts = 65'536;
 
 /// Broken references that are kept for a report; the rest are counted.
 inline constexpr std::size_t kMaxModelNotes = 64;
+
+/// One sample. The largest in practice are uncompressed pictures: 8192 x 4320 at 16 bits and four components are 270 MiB.
+inline constexpr std::size_t kMaxSampleBytes = std::size_t{512} << 20;
+
+/// What is read ahead of the essence at hand.
+inline constexpr std::size_t kReadAheadBytes = std::size_t{1} << 20;
+
+/// Places of damage that are stepped over in one walk through a file.
+inline constexpr int kMaxDamages = 65'536;
+
+/// Edit units that are remembered from a walk through essence without an index table: more than 100 hours of pictures.
+inline constexpr std::size_t kMaxWalkedUnits = 10'000'000;
 
 } // namespace TamrelMxf

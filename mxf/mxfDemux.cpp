@@ -42,6 +42,51 @@ int mxfDemuxGetDmFramework(CMxfDemuxer* demuxer, int index, mxf_dmd_framework* f
     return demuxer == nullptr ? kNullArgument : demuxer->GetDmFramework(index, framework, count, list);
 }
 
+int mxfDemuxCreateParser(CMxfDemuxer* demuxer, int file)
+{
+    return demuxer == nullptr ? kNullArgument : demuxer->CreateParser(file);
+}
+
+int mxfDemuxFreeParser(CMxfDemuxer* demuxer, int file)
+{
+    return demuxer == nullptr ? kNullArgument : demuxer->FreeParser(file);
+}
+
+int mxfDemuxAddStream(CMxfDemuxer* demuxer, int file, int stream, SMediaStream* receiver)
+{
+    return demuxer == nullptr ? kNullArgument : demuxer->AddStream(file, stream, receiver);
+}
+
+int mxfDemuxRemoveStream(CMxfDemuxer* demuxer, int file, int stream)
+{
+    return demuxer == nullptr ? kNullArgument : demuxer->RemoveStream(file, stream);
+}
+
+int mxfDemuxPush(CMxfDemuxer* demuxer, int file)
+{
+    return demuxer == nullptr ? kNullArgument : demuxer->Push(file);
+}
+
+int mxfDemuxSeek(CMxfDemuxer* demuxer, int file, mxf_dmuxer_seek* seek)
+{
+    return demuxer == nullptr ? kNullArgument : demuxer->Seek(file, seek);
+}
+
+int mxfDemuxGetSampleInfo(CMxfDemuxer* demuxer, int file, int sample, mxf_sample_info* info)
+{
+    return demuxer == nullptr ? kNullArgument : demuxer->GetIdxEntryInfo(file, sample, info);
+}
+
+int mxfDemuxFillSampleOffset(CMxfDemuxer* demuxer, mxf_sample_info* info)
+{
+    return demuxer == nullptr ? kNullArgument : demuxer->FillSampleOffset(info);
+}
+
+int mxfDemuxGetKlvInfo(CMxfDemuxer* demuxer, std::int64_t position, std::int64_t* keyLength, std::int64_t* valueLength)
+{
+    return demuxer == nullptr ? kNullArgument : demuxer->GetKlvInfo(position, keyLength, valueLength);
+}
+
 CMxfDemuxer* mxfDemuxClose(CMxfDemuxer* demuxer)
 {
     if (demuxer != nullptr) demuxer->Close();

@@ -2,6 +2,7 @@
 
 #include "mxf/Limits.h"
 #include "mxf/Status.h"
+#include "mxf/demuxer/Delivery.h"
 #include "mxf/demuxer/Frameworks.h"
 #include "mxf/demuxer/RecordFilling.h"
 #include "mxf/demuxer/WrappingProbe.h"
@@ -17,16 +18,6 @@
 
 namespace TamrelMxf {
 namespace {
-
-const CMxfUlDict& Dict()
-{
-    static const CMxfUlDict dict = [] {
-        CMxfUlDict made;
-        made.Init();
-        return made;
-    }();
-    return dict;
-}
 
 bool LoadsIndexOnDemand(const SUl& operationalPattern)
 {
@@ -47,14 +38,27 @@ class CMxfDemuxer::CClient final : public CPartitionClient {
 public:
     explicit CClient(CMxfDemuxer& demuxer) : demuxer_{demuxer} {}
 
-    bool HasIndexParser() const override { return false; }
-    int LoadSegmentFromPartition(const CPartitionPack&) override { return kFailed; }
-    void LoadSegments(CRandomIndexPack&) override {}
+    bool HasIndexParser() const override { return demuxer_.index_ != nullptr; }
+    int LoadSegmentFromPartition(const CPartitionPack& partition) override
+    {
+        return demuxer_.index_->LoadSegmentFromPartition(partition);
+    }
+    void LoadSegments(CRandomIndexPack& rip) override { demuxer_.index_->LoadSegments(rip); }
     void ScanFooter(const CPartitionPack& footer) override { demuxer_.ScanFooter(footer); }
 
 private:
     CMxfDemuxer& demuxer_;
 };
+
+const CMxfUlDict& CMxfDemuxer::Dict()
+{
+    static const CMxfUlDict dict = [] {
+        CMxfUlDict made;
+        made.Init();
+        return made;
+    }();
+    return dict;
+}
 
 CMxfDemuxer::CMxfDemuxer(CWaitClock& clock)
     : clock_{clock}, reader_{clock}, client_{std::make_unique<CClient>(*this)}, scanner_{reader_, Dict()}
@@ -70,6 +74,8 @@ CMxfDemuxer::~CMxfDemuxer()
 void CMxfDemuxer::Close()
 {
     isHeaderParsed_ = false;
+    delivery_.reset();
+    index_.reset();
     frameworks_.reset();
     formats_ = {};
     offsets_ = {};
@@ -184,6 +190,10 @@ int CMxfDemuxer::DoParseHeaders()
         logger_.LogError("parse headers failure, no essence track");
         return kTimedOut;
     }
+    if (!GetLazyIndexLoading()) {
+        index_ = std::make_unique<CMxfIndexParser>(&reader_, logger_);
+        if (header.HasIndexTable()) (void)index_->LoadSegmentFromPartition(header);
+    }
     CalculateDuration();
     isHeaderParsed_ = true;
     reader_.SetHeaderParsed(true);
@@ -222,7 +232,7 @@ void CMxfDemuxer::SetOffsets()
 
 void CMxfDemuxer::CalculateDuration()
 {
-    duration_ = TamrelMxf::CalculateDuration(model_);
+    duration_ = TamrelMxf::CalculateDuration(model_, {.index = IndexExtent()});
 }
 
 bool CMxfDemuxer::IsMxfComplete()
@@ -273,6 +283,7 @@ int CMxfDemuxer::GetFileInfo(mxf_file_info* info)
     info->edit_rate_num = duration_.editRate.num;
     info->edit_rate_den = duration_.editRate.den;
     info->file_size = size;
+    info->index_value = IndexValue();
     info->stream_count = static_cast<std::uint32_t>(leaders_.size());
     for (std::size_t i = 12; i < SUl::kSize; ++i)
         info->operational_pattern = info->operational_pattern << 8 | header.operationalPattern.bytes[i];

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "../essence/EssenceParser.h"
+#include "../index/MxfIndexParser.h"
 #include "../io/MediaSource.h"
 #include "../io/Snitcher.h"
 #include "../io/SourceReader.h"
@@ -15,11 +17,13 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace TamrelMxf {
 
+class CDelivery;
 class CFrameworkList;
 
 /// Reads what an MXF file says about itself. One file at a time; used from one thread at a time. The codes that its
@@ -69,6 +73,18 @@ public:
     int GetStreamFormat(int stream, mxf_stream_format* format, bool withExtraData, bool probeEssence);
     int GetDmFramework(int index, mxf_dmd_framework* framework, std::uint32_t* count, const mxf_dmd_framework** list);
 
+    /// Delivery of essence, as the functions of mxfDemux.h. \param file  counts the essence containers (BodySIDs) of
+    /// this file in the order of their file packages.
+    int CreateParser(int file);
+    int FreeParser(int file);
+    int AddStream(int file, int stream, SMediaStream* receiver);
+    int RemoveStream(int file, int stream);
+    int Push(int file);
+    int Seek(int file, mxf_dmuxer_seek* seek);
+    int GetIdxEntryInfo(int file, int sample, mxf_sample_info* info);
+    int FillSampleOffset(mxf_sample_info* info);
+    int GetKlvInfo(std::int64_t position, std::int64_t* keyLength, std::int64_t* valueLength);
+
     /// The positioned read that waits for data, see CSourceReader.
     int ReadSource(std::uint8_t* buffer, std::int64_t position, int count)
     {
@@ -86,6 +102,11 @@ public:
     const SStartTimecode& StartTimecode() const { return startTimecode_; }
     EMuxingMode DetectMuxingMode() const;
 
+protected:
+    /// The streams of one container as its parser sees them; empty for a bad index.
+    std::vector<SEssenceTrack> EssenceTracks(int file) const;
+    static const CMxfUlDict& Dict();
+
 private:
     class CClient;
 
@@ -96,6 +117,9 @@ private:
     int OpenSource();
     void LinkEverything();
     void ScanFooter(const CPartitionPack& footer);
+    CEssenceParser* FindParser(int file) const;
+    std::uint32_t IndexValue();
+    std::optional<SIndexExtent> IndexExtent();
 
     CWaitClock& clock_;
     CLoggerT<CSnitcher> logger_;
@@ -114,6 +138,8 @@ private:
     std::unique_ptr<CFrameworkList> frameworks_;
     SDuration duration_;
     SStartTimecode startTimecode_;
+    std::unique_ptr<CMxfIndexParser> index_; // when it is loaded on demand: once a parser needs it
+    std::unique_ptr<CDelivery> delivery_;    // once a parser was made
 };
 
 } // namespace TamrelMxf

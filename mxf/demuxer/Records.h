@@ -24,12 +24,15 @@ static_assert(offsetof(mxf_demuxer_config, io) == 20 && sizeof(mxf_demuxer_confi
 
 /// What a file says about itself as a whole.
 struct mxf_file_info {
-    std::int64_t duration;               ///< edit units, -1 while it is not known
-    std::int32_t edit_rate_num;          ///< edit units of `duration` a second; 0/0 when not known
-    std::int32_t edit_rate_den;          ///<
-    std::int64_t file_size;              ///< bytes, -1 when not known
-    std::uint32_t stream_count;          ///< valid indexes for mxfDemuxGetStreamFormat are below it
-    std::uint32_t index_value;           ///< of the first index table segment; 0 while index tables are not loaded
+    std::int64_t duration;      ///< edit units, -1 while it is not known
+    std::int32_t edit_rate_num; ///< edit units of `duration` a second; 0/0 when not known
+    std::int32_t edit_rate_den; ///<
+    std::int64_t file_size;     ///< bytes, -1 when not known
+    std::uint32_t stream_count; ///< valid indexes for mxfDemuxGetStreamFormat are below it
+    /// Edit unit byte count of the first index table segment of the picture, else of the first stream that has some: 0
+    /// for variable sizes. -1 when there is no segment. 0 also while index tables are not loaded, see
+    /// lazy_index_loading.
+    std::uint32_t index_value;
     std::uint32_t zero;                  ///<
     std::uint32_t operational_pattern;   ///< bytes 13 to 16 of the label, the first of them on top
     std::uint32_t complete;              ///< 1: closed, with a footer

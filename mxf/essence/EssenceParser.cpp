@@ -1,0 +1,189 @@
+#include "mxf/essence/EssenceParser.h"
+
+#include "mxf/model/Timing.h"
+
+#include <algorithm>
+#include <limits>
+#include <utility>
+
+SMediaStream::~SMediaStream() = default;
+
+namespace TamrelMxf {
+namespace {
+
+std::int64_t Minus(std::int64_t a, std::int64_t b)
+{
+    std::int64_t result = 0;
+    return __builtin_sub_overflow(a, b, &result) ? std::numeric_limits<std::int64_t>::min() : result;
+}
+
+} // namespace
+
+CEssenceParser::CEssenceParser(const SEssenceContext& context, std::vector<SEssenceTrack> tracks) : context_{context}
+{
+    lanes_.reserve(tracks.size());
+    for (SEssenceTrack& track : tracks) {
+        auto order = MakePictureOrder(track.format);
+        lanes_.push_back({.track = std::move(track), .order = std::move(order)});
+    }
+}
+
+CEssenceParser::~CEssenceParser() = default;
+
+CEssenceParser::SLane* CEssenceParser::FindLane(std::uint32_t stream)
+{
+    const auto found = std::ranges::find(lanes_, stream, [](const SLane& lane) { return lane.track.stream; });
+    return found == lanes_.end() ? nullptr : &*found;
+}
+
+int CEssenceParser::AddStream(std::uint32_t stream, SMediaStream* receiver)
+{
+    if (receiver == nullptr) return kNullArgument;
+    SLane* const lane = FindLane(stream);
+    if (lane == nullptr || lane->receiver != nullptr) return kOutOfRange;
+    lane->receiver = receiver;
+    return kSuccess;
+}
+
+int CEssenceParser::RemoveStream(std::uint32_t stream)
+{
+    SLane* const lane = FindLane(stream);
+    if (lane == nullptr || lane->receiver == nullptr) return kOutOfRange;
+    lane->receiver = nullptr;
+    return kSuccess;
+}
+
+const SRational& CEssenceParser::Rate()
+{
+    if (rate_.IsPositive()) return rate_;
+    if (context_.index != nullptr) rate_ = context_.index->EditRate(IndexSid());
+    if (rate_.IsPositive()) return rate_;
+    for (const SLane& lane : lanes_) {
+        const SRational& own = lane.track.format.editRate;
+        if (!own.IsPositive()) continue;
+        if (lane.track.format.type == EStreamType::picture) return rate_ = own;
+        if (!rate_.IsPositive() || own.ToDouble() < rate_.ToDouble()) rate_ = own;
+    }
+    return rate_;
+}
+
+std::int64_t CEssenceParser::ToLane(const SLane& lane, std::int64_t unit)
+{
+    const SRational& rate = Rate();
+    const SRational& own = lane.track.format.editRate;
+    return rate == own ? unit : Rescale(unit, rate, own).value_or(unit);
+}
+
+std::int64_t CEssenceParser::ToContainer(const SLane& lane, std::int64_t editUnit)
+{
+    const SRational& rate = Rate();
+    const SRational& own = lane.track.format.editRate;
+    if (rate == own) return editUnit;
+    std::int64_t unit = Rescale(editUnit, own, rate).value_or(editUnit);
+    if (ToLane(lane, unit) > editUnit) --unit; // rounded up: the unit before holds it
+    return unit;
+}
+
+std::optional<SIndexedUnit> CEssenceParser::FindIndexed(std::int64_t unit) const
+{
+    if (context_.index == nullptr || IndexSid() == 0) return std::nullopt;
+    return context_.index->Find(IndexSid(), unit);
+}
+
+CEssenceParser::STimes CEssenceParser::TimesOf(SLane& lane, std::int64_t unit, std::span<const std::uint8_t> bytes)
+{
+    STimes times{.displayed = unit};
+    if (lane.order == nullptr) return times; // sound, data, and pictures that stand alone
+    const auto indexed = FindIndexed(unit);
+    if (indexed) {
+        times.displayed = indexed->displayed;
+        times.isKey = indexed->isKey;
+    } else if (!bytes.empty()) {
+        if (lane.ordered != unit) {
+            if (lane.ordered != unit - 1) lane.order->Restart();
+            lane.described = lane.order->Describe(bytes, unit).value_or(SPictureOrder{.displayed = unit});
+            lane.ordered = unit;
+        }
+        times.displayed = lane.described.displayed.value_or(unit);
+        times.isKey = lane.described.isKey;
+    }
+    if (!delay_ && (indexed || !bytes.empty()))
+        delay_ = indexed ? context_.index->ReorderDelay(IndexSid()) : lane.order->Delay();
+    times.delay = delay_.value_or(0);
+    return times;
+}
+
+CEssenceParser::SPlayed CEssenceParser::PlayedAt(const SLane& lane, const SPiece& piece, const STimes& times)
+{
+    const std::int64_t offset = lane.track.offset;
+    if (lane.order == nullptr) return {Minus(piece.editUnit, offset), Minus(piece.editUnit, offset)};
+    const std::int64_t pts = Minus(ToLane(lane, times.displayed), offset);
+    return {pts, std::min(pts, Minus(ToLane(lane, Minus(piece.unit, times.delay)), offset))};
+}
+
+bool CEssenceParser::Deliver(SLane& lane, const SPiece& piece)
+{
+    const STimes times = TimesOf(lane, piece.unit, piece.bytes);
+    const SPlayed played = PlayedAt(lane, piece, times);
+    mxf_sample sample{};
+    sample.stream = lane.track.stream;
+    sample.edit_unit = piece.editUnit;
+    sample.pts = played.pts;
+    sample.dts = played.dts;
+    sample.duration = piece.duration;
+    sample.rate_num = lane.track.format.editRate.num;
+    sample.rate_den = lane.track.format.editRate.den;
+    sample.position = piece.position;
+    sample.size = static_cast<std::uint32_t>(piece.bytes.size());
+    sample.data = piece.bytes.data();
+    if (times.isKey) sample.flags |= mxf_sample_key;
+    if (lane.expected != piece.editUnit) sample.flags |= mxf_sample_discontinuity;
+    if (piece.isLast) sample.flags |= mxf_sample_last;
+    if (piece.isDamaged) sample.flags |= mxf_sample_damaged;
+    if (lane.receiver->TakeSample(sample) != 0) return false;
+    lane.expected = piece.editUnit + piece.duration;
+    return true;
+}
+
+void CEssenceParser::FillSampleInfo(mxf_sample_info& info, const SLane& lane, const SPiece& piece, const STimes& times)
+{
+    const SPlayed played = PlayedAt(lane, piece, times);
+    info = {.stream = info.stream,
+            .flags = times.isKey ? std::uint32_t{mxf_sample_key} : 0U,
+            .edit_unit = piece.editUnit,
+            .pts = played.pts,
+            .dts = played.dts,
+            .body_sid = BodySid(),
+            .stream_offset = -1,
+            .position = -1,
+            .size = -1,
+            .index_flags = 0,
+            .temporal_offset = 0,
+            .key_frame_offset = 0};
+}
+
+void CEssenceParser::FillIndexed(mxf_sample_info& info, const SIndexedUnit& indexed)
+{
+    info.stream_offset = indexed.streamOffset;
+    info.size = indexed.size;
+    info.index_flags = indexed.entry.flags;
+    info.temporal_offset = indexed.entry.temporalOffset;
+    info.key_frame_offset = indexed.entry.keyFrameOffset;
+}
+
+void CEssenceParser::Interrupt()
+{
+    for (SLane& lane : lanes_) {
+        lane.expected = -1;
+        lane.ordered = -1;
+        if (lane.order) lane.order->Restart();
+    }
+}
+
+int CEssenceParser::FillSampleOffset(mxf_sample_info& info)
+{
+    info.position = context_.partitions.TranslateOffset(info.stream_offset, BodySid());
+    return info.position < 0 ? kNoSuchItem : kSuccess;
+}
+
+} // namespace TamrelMxf

@@ -1,0 +1,150 @@
+#pragma once
+
+#include "../index/MxfIndexParser.h"
+#include "../io/Snitcher.h"
+#include "../klv/RandomIndexPack.h"
+#include "../labels/UlDict.h"
+#include "../model/StreamFormat.h"
+#include "EssenceInput.h"
+#include "EssenceRecords.h"
+#include "PictureOrder.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+#include <vector>
+
+namespace TamrelMxf {
+
+/// What a step of a parser came to.
+inline constexpr int kDelivered = 0; ///< at least one sample was handed over
+inline constexpr int kRefused = 1;   ///< a receiver would not take its sample: it is offered again
+inline constexpr int kEnded = 2;     ///< nothing is left
+inline constexpr int kNeedsData = 3; ///< the next sample is not there yet
+
+/// One stream as a parser sees it.
+struct SEssenceTrack {
+    std::uint32_t stream = 0;   ///< as the interface counts
+    SStreamFormat format = {};  ///< a copy: what the demuxer knows may be made again while a file grows
+    std::int64_t offset = 0;    ///< edit units of essence in front of the first one that is played
+    std::int64_t duration = -1; ///< edit units of essence in all, -1 when the header does not say
+};
+
+/// Where the walk through the partitions begins.
+struct SEssenceStart {
+    std::int64_t position = 0;    ///< of the header partition pack; or behind it, when the rest tells what it said
+    std::uint32_t bodySid = 0;    ///< of the partition that `position` lies in; 0 in front of a pack
+    std::uint64_t bodyOffset = 0; ///< of that partition
+};
+
+/// What the parsers of one demuxer share; borrowed, outlives them.
+struct SEssenceContext {
+    CEssenceInput& input;
+    const CMxfUlDict& dict;
+    CRandomIndexPack& partitions; ///< never asked to read packs when `input` is no file
+    CMxfIndexParser* index;       ///< null without one
+    SEssenceStart start;
+    CLoggerT<CSnitcher> logger;
+};
+
+/// Takes the essence of one container (BodySID) apart and hands it to the receivers of its streams.
+class CEssenceParser {
+public:
+    virtual ~CEssenceParser();
+    CEssenceParser(const CEssenceParser&) = delete;
+    CEssenceParser& operator=(const CEssenceParser&) = delete;
+
+    /// \param receiver  borrowed until it is removed; the next samples of the stream go there
+    /// \return 0; -2 for a null receiver; -3 when the parser has no such stream or it has a receiver already
+    int AddStream(std::uint32_t stream, SMediaStream* receiver);
+    /// \return 0; -3 when the parser has no such stream, or no receiver for it
+    int RemoveStream(std::uint32_t stream);
+
+    /// Delivers the next unit of essence: one edit unit of all streams that have a receiver.
+    /// \return kDelivered, kRefused, kEnded or kNeedsData; -1 when reading failed
+    virtual int Push() = 0;
+    /// Goes on at another edit unit; all streams follow.
+    /// \return 0; -3 when the stream or the position does not exist (the place is then as before); -1 when reading
+    ///   failed
+    virtual int Seek(mxf_dmuxer_seek& seek) = 0;
+    /// \param editUnit  stored, of info.stream
+    /// \return 0; -3 for a stream that is not of this parser; -11 when the edit unit is not known
+    virtual int GetSampleInfo(std::int64_t editUnit, mxf_sample_info& info) = 0;
+
+    /// Fills in the place in the file from the place in the container.
+    /// \return 0; -11 when the container does not reach there
+    virtual int FillSampleOffset(mxf_sample_info& info);
+
+protected:
+    CEssenceParser(const SEssenceContext& context, std::vector<SEssenceTrack> tracks);
+
+    struct SLane {
+        SEssenceTrack track;
+        SMediaStream* receiver = nullptr;
+        std::int64_t expected = 0; ///< the stored edit unit that follows what was delivered; -1 after a seek
+        std::unique_ptr<CPictureOrder> order = nullptr; ///< null where every picture stands alone
+        std::int64_t ordered = -1;                      ///< the unit that `described` is of
+        SPictureOrder described = {};
+    };
+    /// One sample before its times are known.
+    struct SPiece {
+        std::int64_t unit = 0;     ///< stored, of the container
+        std::int64_t editUnit = 0; ///< stored, of the stream
+        std::int64_t duration = 1; ///< edit units of the stream
+        std::int64_t position = 0;
+        std::span<const std::uint8_t> bytes = {};
+        bool isDamaged = false;
+        bool isLast = false;
+    };
+    /// When a picture is shown, and whether decoding can start there; on the scale of stored units of the container.
+    struct STimes {
+        std::int64_t displayed = 0;
+        std::int64_t delay = 0;
+        bool isKey = true;
+    };
+
+    const SEssenceContext& Context() const { return context_; }
+    std::uint32_t BodySid() const { return lanes_.front().track.format.bodySid; }
+    std::uint32_t IndexSid() const { return lanes_.front().track.format.indexSid; }
+    std::vector<SLane>& Lanes() { return lanes_; }
+    const std::vector<SLane>& Lanes() const { return lanes_; }
+    SLane* FindLane(std::uint32_t stream);
+    /// The edit rate that the units of the container count in: that of its index tables, else of its pictures.
+    const SRational& Rate();
+    /// From units of the container to edit units of a stream, and back.
+    std::int64_t ToLane(const SLane& lane, std::int64_t unit);
+    std::int64_t ToContainer(const SLane& lane, std::int64_t editUnit);
+
+    std::optional<SIndexedUnit> FindIndexed(std::int64_t unit) const;
+    /// \param bytes  of the sample; empty when only the index tables can tell
+    STimes TimesOf(SLane& lane, std::int64_t unit, std::span<const std::uint8_t> bytes);
+    /// Hands a sample to the receiver of the lane.
+    /// \return false when it does not take it
+    bool Deliver(SLane& lane, const SPiece& piece);
+    /// Fills in what is known of a sample besides its place.
+    void FillSampleInfo(mxf_sample_info& info, const SLane& lane, const SPiece& piece, const STimes& times);
+    static void FillIndexed(mxf_sample_info& info, const SIndexedUnit& indexed);
+    /// What comes next does not continue what was delivered.
+    void Interrupt();
+
+private:
+    struct SPlayed {
+        std::int64_t pts = 0, dts = 0;
+    };
+    SPlayed PlayedAt(const SLane& lane, const SPiece& piece, const STimes& times);
+
+    const SEssenceContext& context_;
+    std::vector<SLane> lanes_;
+    SRational rate_;                    // fixed by the first question
+    std::optional<std::int64_t> delay_; // fixed by the first sample
+};
+
+/// The parser for the essence of one BodySID, chosen from operational pattern, container labels, wrapping and, where
+/// the header cannot be trusted, a look at the first elements.
+/// \param tracks  all of one BodySID, not empty
+/// \return null when the essence is not in this file
+std::unique_ptr<CEssenceParser> MakeEssenceParser(const SEssenceContext& context, std::vector<SEssenceTrack> tracks,
+                                                  const SUl& operationalPattern);
+
+} // namespace TamrelMxf

@@ -1,0 +1,256 @@
+#include "mxf/essence/MxfInterleavedParser.h"
+
+#include "mxf/Status.h"
+#include "mxf/essence/Aes3Unpacking.h"
+#include "mxf/essence/EssenceKeys.h"
+#include "mxf/klv/Keys.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace TamrelMxf {
+namespace {
+
+std::vector<CTrackMatch::STrack> ToMatch(const std::vector<SEssenceTrack>& tracks)
+{
+    std::vector<CTrackMatch::STrack> match;
+    for (const SEssenceTrack& track : tracks)
+        match.push_back({.number = track.format.trackNumber, .type = track.format.type});
+    return match;
+}
+
+int ToResult(CEssenceWalker::EStep step)
+{
+    switch (step) {
+    case CEssenceWalker::EStep::end: return kEnded;
+    case CEssenceWalker::EStep::needsData: return kNeedsData;
+    case CEssenceWalker::EStep::failed: return kFailed;
+    case CEssenceWalker::EStep::found: break;
+    }
+    return kDelivered;
+}
+
+} // namespace
+
+CMxfInterleavedParser::CMxfInterleavedParser(const SEssenceContext& context, std::vector<SEssenceTrack> tracks,
+                                             bool canGoBack)
+    : CEssenceParser{context, tracks}, reader_{context, BodySid(), IndexSid()}, match_{ToMatch(tracks)},
+      canGoBack_{canGoBack}, scout_{reader_}
+{}
+
+CEssenceParser::SLane* CMxfInterleavedParser::LaneOf(const SEssenceKlv& klv)
+{
+    if (klv.isSystem) return nullptr;
+    const auto index = match_.Find(klv.key);
+    return index ? &Lanes()[*index] : nullptr;
+}
+
+bool CMxfInterleavedParser::IsServed() const
+{
+    const auto isReceiving = [](const SLane& lane) { return lane.receiver != nullptr; };
+    return served_ > 0 && std::cmp_greater_equal(served_, std::ranges::count_if(Lanes(), isReceiving));
+}
+
+bool CMxfInterleavedParser::IsLast(const SLane& lane, const SPiece& piece)
+{
+    if (!Context().input.IsComplete()) return false;
+    const auto covered = Context().index != nullptr ? Context().index->CoveredUnits(IndexSid()) : std::nullopt;
+    if (covered.value_or(0) > 0) return piece.unit + 1 == *covered;
+    return lane.track.duration > 0 && piece.editUnit + piece.duration == lane.track.duration;
+}
+
+int CMxfInterleavedParser::Push()
+{
+    bool delivered = false;
+    bool isPassing = false; // something of the package at hand was met
+    const bool isHeard = std::ranges::any_of(Lanes(), [](const SLane& lane) { return lane.receiver != nullptr; });
+    for (;;) {
+        EStep step = reader_.Next();
+        if (step != EStep::found) return delivered ? kDelivered : ToResult(step);
+        if (reader_.BeginsPackage()) {
+            if (delivered || (isPassing && !isHeard)) return kDelivered;
+            reader_.BeginPackage();
+            served_ = 0;
+        }
+        isPassing = true;
+        SLane* const lane = LaneOf(reader_.Klv());
+        if (lane == nullptr || lane->receiver == nullptr) {
+            reader_.Accept();
+            continue;
+        }
+        SPiece piece;
+        step = reader_.Load(piece.bytes, piece.isDamaged);
+        if (step != EStep::found) return delivered ? kDelivered : ToResult(step);
+        piece.unit = reader_.Unit();
+        piece.editUnit = ToLane(*lane, piece.unit);
+        piece.duration = std::max<std::int64_t>(ToLane(*lane, piece.unit + 1) - piece.editUnit, 1);
+        piece.position = reader_.Klv().value;
+        piece.isLast = IsLast(*lane, piece);
+        if (lane->track.format.essenceKind == EEssenceKind::pcm && Aes3::IsEightChannelElement(reader_.Klv().key)) {
+            unpacked_.clear();
+            Aes3::Unpack(piece.bytes, lane->track.format, unpacked_);
+            piece.bytes = unpacked_;
+        }
+        if (!Deliver(*lane, piece)) return kRefused;
+        reader_.Accept();
+        delivered = true;
+        ++served_;
+        if (IsServed()) return kDelivered; // what follows may take its time to come
+    }
+}
+
+/// The unit as a walk from the first package of the container on meets it; null where the essence ends before.
+const SWalkedUnit* CMxfInterleavedParser::Walk(std::int64_t unit)
+{
+    if (!canGoBack_) return nullptr;
+    while (scout_.Unit() <= unit && scout_.Next() == EStep::found) {
+        if (scout_.BeginsPackage()) {
+            scout_.BeginPackage();
+            const SWalkedUnit met{.position = scout_.Klv().position, .streamOffset = scout_.Klv().streamOffset};
+            while (walked_.Count() <= scout_.Unit()) // more than one when some of them are lost
+                if (!walked_.Add(met)) return nullptr;
+        }
+        SLane* const lane = LaneOf(scout_.Klv());
+        if (lane != nullptr && lane->order != nullptr) {
+            if (!scoutOrder_) scoutOrder_ = MakePictureOrder(lane->track.format);
+            SWalkedUnit& met = *walked_.Find(scout_.Unit());
+            const auto order = scoutOrder_->Describe(Head(scout_.Klv()), scout_.Unit());
+            if (order) met.isKey = order->isKey;
+            if (order && order->displayed) met.shift = static_cast<std::int32_t>(*order->displayed - scout_.Unit());
+        }
+        scout_.Accept();
+    }
+    return walked_.Find(unit);
+}
+
+/// As many of the first bytes of a value as the headers of a picture take.
+std::span<const std::uint8_t> CMxfInterleavedParser::Head(const SEssenceKlv& klv) const
+{
+    constexpr std::int64_t kHead = 64 << 10;
+    return Context().input.Peek(klv.value, static_cast<std::size_t>(std::clamp<std::int64_t>(klv.length, 0, kHead)));
+}
+
+std::optional<SUnitPlace> CMxfInterleavedParser::LocateByIndex(std::int64_t unit) const
+{
+    const auto indexed = FindIndexed(unit);
+    if (!indexed) return std::nullopt;
+    const std::int64_t position = Context().partitions.TranslateOffset(indexed->streamOffset, BodySid());
+    SKlvHeader header;
+    if (position < 0 || header.Parse(Context().input.Peek(position, SKlvHeader::kProbeSize)) != kSuccess)
+        return std::nullopt;
+    const bool isHere = EssenceKeys::IsElement(header.key) || EssenceKeys::IsSystem(header.key);
+    if (!isHere && !Keys::IsFill(header.key)) return std::nullopt;
+    return SUnitPlace{.unit = unit, .position = position, .streamOffset = indexed->streamOffset};
+}
+
+/// Where a unit begins: the index tables lead there, or a walk where they are missing or lead astray.
+std::optional<SUnitPlace> CMxfInterleavedParser::Locate(std::int64_t unit)
+{
+    if (const auto place = LocateByIndex(unit)) return place;
+    const SWalkedUnit* const walked = Walk(unit);
+    if (walked == nullptr) return std::nullopt;
+    return SUnitPlace{.unit = unit, .position = walked->position, .streamOffset = walked->streamOffset};
+}
+
+/// The stored unit that is shown at a position; -1 when there is none.
+std::int64_t CMxfInterleavedParser::StoredAt(const SLane& lane, std::int64_t displayed)
+{
+    if (lane.order == nullptr) return displayed;
+    if (Context().index != nullptr && FindIndexed(displayed)) {
+        const auto stored = Context().index->StoredAt(IndexSid(), displayed);
+        if (stored) return *stored;
+    }
+    constexpr std::int64_t kLookAhead = 64; // a picture is stored soon after its turn, if not before
+    (void)Walk(displayed + kLookAhead);
+    return walked_.StoredAt(displayed);
+}
+
+std::int64_t CMxfInterleavedParser::KeyFrameOf(const SLane& lane, std::int64_t unit)
+{
+    if (lane.order == nullptr) return unit;
+    if (const auto indexed = FindIndexed(unit)) return indexed->keyFrame;
+    return Walk(unit) == nullptr ? unit : walked_.KeyFrameOf(unit);
+}
+
+/// Lets the pictures in front of `unit` be looked at, so that the order of those behind it is known.
+void CMxfInterleavedParser::Prime(std::int64_t unit)
+{
+    const bool isOrdered = std::ranges::any_of(Lanes(), [](const SLane& lane) { return lane.order != nullptr; });
+    if (!isOrdered || FindIndexed(unit) || Walk(unit) == nullptr) return;
+    const std::int64_t key = walked_.KeyFrameOf(unit);
+    CPackageReader reader = reader_;
+    reader.GoTo(
+        {.unit = key, .position = walked_.Find(key)->position, .streamOffset = walked_.Find(key)->streamOffset});
+    while (reader.Next() == EStep::found) {
+        if (reader.BeginsPackage()) {
+            if (reader.Unit() + 1 >= unit) return;
+            reader.BeginPackage();
+        }
+        SLane* const lane = LaneOf(reader.Klv());
+        if (lane != nullptr && lane->order != nullptr) (void)TimesOf(*lane, reader.Unit(), Head(reader.Klv()));
+        reader.Accept();
+    }
+}
+
+int CMxfInterleavedParser::Seek(mxf_dmuxer_seek& seek)
+{
+    SLane* const lane = FindLane(seek.stream);
+    if (lane == nullptr) return kOutOfRange;
+    const bool isStored = (seek.flags & mxf_seek_stored) != 0;
+    std::int64_t editUnit = seek.position;
+    if (!isStored && __builtin_add_overflow(editUnit, lane->track.offset, &editUnit)) return kOutOfRange;
+    if (editUnit < 0) return kOutOfRange;
+    std::int64_t unit = ToContainer(*lane, editUnit);
+    if (!isStored) unit = StoredAt(*lane, unit);
+    if ((seek.flags & mxf_seek_key_frame) != 0 && unit >= 0) unit = KeyFrameOf(*lane, unit);
+    const auto place = unit < 0 ? std::nullopt : Locate(unit);
+    if (!place) return kOutOfRange;
+
+    reader_.GoTo(*place);
+    served_ = 0;
+    Interrupt();
+    Prime(unit);
+    seek.edit_unit = ToLane(*lane, unit);
+    seek.file_position = place->position;
+    return kSuccess;
+}
+
+int CMxfInterleavedParser::GetSampleInfo(std::int64_t editUnit, mxf_sample_info& info)
+{
+    SLane* const lane = FindLane(info.stream);
+    if (lane == nullptr) return kOutOfRange;
+    const std::int64_t unit = ToContainer(*lane, editUnit);
+    const auto indexed = editUnit < 0 ? std::nullopt : FindIndexed(unit);
+    const bool isEndless = indexed && !Context().index->CoveredUnits(IndexSid());
+    const bool isBeyond = isEndless && Context().partitions.TranslateOffset(indexed->streamOffset, BodySid()) < 0;
+    if (editUnit < 0 || isBeyond) return kNoSuchItem;
+    const SWalkedUnit* const walked = indexed ? nullptr : Walk(unit);
+    if (!indexed && walked == nullptr) return kNoSuchItem;
+    STimes times = TimesOf(*lane, unit, {});
+    if (walked != nullptr && lane->order != nullptr) {
+        times.displayed = unit + walked->shift;
+        times.isKey = walked->isKey;
+    }
+    FillSampleInfo(info, *lane, {.unit = unit, .editUnit = editUnit}, times);
+    if (indexed)
+        FillIndexed(info, *indexed);
+    else
+        info.stream_offset = walked->streamOffset;
+    return kSuccess;
+}
+
+int CMxfInterleavedStreamParser::Push()
+{
+    for (;;) {
+        const int result = CMxfInterleavedParser::Push();
+        Context().input.Release(Place());
+        if (result != kDelivered) return result;
+    }
+}
+
+int CMxfInterleavedStreamParser::Seek(mxf_dmuxer_seek& /*seek*/)
+{
+    return kOutOfRange;
+}
+
+} // namespace TamrelMxf

@@ -1,0 +1,74 @@
+#pragma once
+
+#include "EssenceParser.h"
+#include "PackageReader.h"
+#include "TrackMatch.h"
+#include "WalkedUnits.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+#include <utility>
+#include <vector>
+
+namespace TamrelMxf {
+
+/// Frame wrapping: content packages one after the other, each with one element of every stream, in any order and with
+/// any of them missing (SMPTE ST 379-1). A container with a single stream is the simplest case of it.
+class CMxfInterleavedParser : public CEssenceParser {
+public:
+    /// \param canGoBack  the input still has what lies behind: false leaves everything that needs it out
+    CMxfInterleavedParser(const SEssenceContext& context, std::vector<SEssenceTrack> tracks, bool canGoBack = true);
+
+    int Push() override;
+    int Seek(mxf_dmuxer_seek& seek) override;
+    int GetSampleInfo(std::int64_t editUnit, mxf_sample_info& info) override;
+
+protected:
+    /// What lies in front of it was dealt with.
+    std::int64_t Place() const { return reader_.Position(); }
+
+private:
+    using EStep = CEssenceWalker::EStep;
+
+    SLane* LaneOf(const SEssenceKlv& klv);
+    bool IsServed() const;
+    bool IsLast(const SLane& lane, const SPiece& piece);
+
+    std::int64_t StoredAt(const SLane& lane, std::int64_t displayed);
+    std::int64_t KeyFrameOf(const SLane& lane, std::int64_t unit);
+    std::optional<SUnitPlace> Locate(std::int64_t unit);
+    std::optional<SUnitPlace> LocateByIndex(std::int64_t unit) const;
+    const SWalkedUnit* Walk(std::int64_t unit);
+    std::span<const std::uint8_t> Head(const SEssenceKlv& klv) const;
+    void Prime(std::int64_t unit);
+
+    CPackageReader reader_;
+    CTrackMatch match_;
+    std::size_t served_ = 0; // lanes that took their sample of the package at hand
+    std::vector<std::uint8_t> unpacked_; // samples of an element that holds more than them
+
+    // where no index table leads
+    bool canGoBack_;
+    CPackageReader scout_; // walks from the beginning
+    std::unique_ptr<CPictureOrder> scoutOrder_;
+    CWalkedUnits walked_;
+};
+
+/// The same for essence that is pushed. It never goes back.
+class CMxfInterleavedStreamParser final : public CMxfInterleavedParser {
+public:
+    CMxfInterleavedStreamParser(const SEssenceContext& context, std::vector<SEssenceTrack> tracks)
+        : CMxfInterleavedParser{context, std::move(tracks), false}
+    {}
+
+    /// Delivers all that has come.
+    /// \return kEnded at the footer partition or random index pack, kNeedsData otherwise; kRefused and -1 as the base
+    int Push() override;
+    /// \return -3
+    int Seek(mxf_dmuxer_seek& seek) override;
+};
+
+} // namespace TamrelMxf

@@ -1,0 +1,66 @@
+#include "mxf/essence/PackageReader.h"
+
+#include "mxf/essence/EssenceKeys.h"
+
+#include <algorithm>
+
+namespace TamrelMxf {
+namespace {
+
+/// More elements than that are not told apart: a package ends there.
+constexpr std::size_t kMostElements = 1024;
+/// Bytes of a key and a length.
+constexpr std::int64_t kShortestPackage = 17;
+
+} // namespace
+
+CPackageReader::EStep CPackageReader::Next()
+{
+    const EStep step = walker_.Next();
+    if (step != EStep::found || judged_ == Klv().position) return step;
+    judged_ = Klv().position;
+    begins_ = IsNewPackage();
+    next_ = unit_ + 1;
+    if (!walker_.TakeDamage() || context_->index == nullptr || unit_ < 0) return step;
+    // Behind damage the index tables know how many packages were lost.
+    const auto known = context_->index->UnitAtOffset(indexSid_, Klv().streamOffset);
+    const bool isPossible = known && *known >= unit_ && *known <= Klv().streamOffset / kShortestPackage;
+    if (!isPossible) return step;
+    begins_ = *known > unit_;
+    next_ = *known;
+    return step;
+}
+
+bool CPackageReader::IsNewPackage() const
+{
+    if (!isOpen_ || seen_.size() >= kMostElements) return true;
+    if (Klv().isSystem && hasElements_) return true;
+    return std::ranges::find(seen_, EssenceKeys::NumberOf(Klv().key)) != seen_.end();
+}
+
+void CPackageReader::BeginPackage()
+{
+    unit_ = next_;
+    isOpen_ = true;
+    begins_ = false;
+    hasElements_ = false;
+    seen_.clear();
+}
+
+void CPackageReader::Accept()
+{
+    seen_.push_back(EssenceKeys::NumberOf(Klv().key));
+    hasElements_ = hasElements_ || !Klv().isSystem;
+    walker_.Skip();
+    judged_ = -1;
+}
+
+void CPackageReader::GoTo(const SUnitPlace& place)
+{
+    walker_.GoTo(place.position, place.streamOffset);
+    unit_ = place.unit - 1;
+    isOpen_ = false;
+    judged_ = -1;
+}
+
+} // namespace TamrelMxf

@@ -1,0 +1,61 @@
+#pragma once
+
+#include "EssenceWalker.h"
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+namespace TamrelMxf {
+
+/// A place in a container where an edit unit begins.
+struct SUnitPlace {
+    std::int64_t unit = 0;
+    std::int64_t position = 0;
+    std::int64_t streamOffset = 0;
+};
+
+/// Counts the content packages of a container (SMPTE ST 379-1): each begins with its system item or, without one, with
+/// the first element that the package before it had already. So an element that is missing shifts no other.
+/// A copy goes its own way from the same place.
+class CPackageReader {
+public:
+    using EStep = CEssenceWalker::EStep;
+
+    CPackageReader(const SEssenceContext& context, std::uint32_t bodySid, std::uint32_t indexSid)
+        : context_{&context}, indexSid_{indexSid}, walker_{context, bodySid}
+    {}
+
+    /// Looks for the next KLV; stays where it is once there.
+    EStep Next();
+    const SEssenceKlv& Klv() const { return walker_.Klv(); }
+    /// True when Klv() belongs to another package than the one at hand.
+    bool BeginsPackage() const { return begins_; }
+    /// Takes Klv() as the beginning of the next package.
+    void BeginPackage();
+    EStep Load(std::span<const std::uint8_t>& value, bool& isDamaged) { return walker_.Load(value, isDamaged); }
+    /// Takes Klv() as part of the package at hand and goes behind it.
+    void Accept();
+
+    /// The number of the package at hand; -1 before the first one.
+    std::int64_t Unit() const { return unit_; }
+    std::int64_t Position() const { return walker_.Position(); }
+    /// Goes to where a package begins.
+    void GoTo(const SUnitPlace& place);
+
+private:
+    bool IsNewPackage() const;
+
+    const SEssenceContext* context_;
+    std::uint32_t indexSid_;
+    CEssenceWalker walker_;
+    std::int64_t unit_ = -1;
+    std::int64_t next_ = 0;    // the number of the package that Klv() begins
+    std::int64_t judged_ = -1; // place of the KLV that next_ and begins_ are of
+    bool begins_ = false;
+    bool isOpen_ = false;             // a package has begun
+    bool hasElements_ = false;        // and has more than system items
+    std::vector<std::uint32_t> seen_; // bytes 13 to 16 of its keys
+};
+
+} // namespace TamrelMxf

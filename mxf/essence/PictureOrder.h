@@ -1,0 +1,44 @@
+#pragma once
+
+#include "../model/StreamFormat.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+
+namespace TamrelMxf {
+
+/// What the coded bytes of one picture say about its place.
+struct SPictureOrder {
+    /// The position at which it is shown, on the scale of stored edit units; nothing while the start of the group that
+    /// it counts from was not seen.
+    std::optional<std::int64_t> displayed;
+    bool isKey = true; ///< decoding can start here
+};
+
+/// The order in which pictures are shown, read from their own headers, for files whose index tables do not tell.
+/// Pictures come in stored order, each once.
+class CPictureOrder {
+public:
+    virtual ~CPictureOrder();
+    CPictureOrder(const CPictureOrder&) = delete;
+    CPictureOrder& operator=(const CPictureOrder&) = delete;
+
+    /// \param picture  the coded bytes of an edit unit
+    /// \param stored   its number, one more than that of the last call unless Restart came in between
+    /// \return nothing when no header of a picture is found
+    virtual std::optional<SPictureOrder> Describe(std::span<const std::uint8_t> picture, std::int64_t stored) = 0;
+    /// How far stored order runs ahead of display order at most, in pictures; asked after the first Describe.
+    virtual std::int64_t Delay() const = 0;
+    /// What comes next does not follow what was described.
+    virtual void Restart() = 0;
+
+protected:
+    CPictureOrder() = default;
+};
+
+/// The reader for the coding of a stream; null where every picture stands alone, and for codings that are not read.
+std::unique_ptr<CPictureOrder> MakePictureOrder(const SStreamFormat& format);
+
+} // namespace TamrelMxf
