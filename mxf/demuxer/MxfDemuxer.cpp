@@ -173,6 +173,26 @@ int CMxfDemuxer::DoParseHeaders()
         logger_.LogError("First partition is not header!");
         return kFailed;
     }
+    return ReadHeader();
+}
+
+int CMxfDemuxer::ParseDetachedHeaders(std::unique_ptr<CMediaSource> source)
+{
+    Adopt(std::move(source));
+    int status = scanner_.FindPartitionWithMetadata();
+    if (status == kSuccess) status = ReadHeader();
+    if (status != kSuccess) {
+        CMxfDemuxer::Close();
+        return status;
+    }
+    reader_.Attach(nullptr, 0, logger_);
+    source_.reset();
+    return kSuccess;
+}
+
+int CMxfDemuxer::ReadHeader()
+{
+    const CPartitionPack& header = *scanner_.HeaderPartition();
     if (LoadsIndexOnDemand(header.operationalPattern)) {
         config_.lazy_index_loading = 1;
         scanner_.SetLazyIndexLoading(true);
@@ -211,6 +231,7 @@ void CMxfDemuxer::LinkEverything()
     for (const SStreamLink& link : streams_)
         formats_.push_back(DescribeStream(link));
     startTimecode_ = FindStartTimecode(model_);
+    offsets_.assign(streams_.size(), 0);
     SetOffsets();
 }
 
@@ -341,7 +362,7 @@ int CMxfDemuxer::GetStreamFormat(int stream, mxf_stream_format* format, bool wit
     format->timecode_rate_num = timecodeRate.num;
     format->timecode_rate_den = timecodeRate.den;
     const bool isAlone = streams_.size() == 1 && DetectMuxingMode() == EMuxingMode::singleStream;
-    if (!probeEssence || !isAlone) return kSuccess;
+    if (!probeEssence || !isAlone || !source_) return kSuccess;
     const CPartitionPack& header = *scanner_.HeaderPartition();
     const EWrapping found = ProbeWrapping(*source_, Dict(), header, format->body_sid, duration_.editUnits);
     if (found != EWrapping::unknown) format->wrapping = static_cast<std::uint32_t>(found);

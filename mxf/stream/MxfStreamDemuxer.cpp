@@ -1,0 +1,361 @@
+#include "mxf/stream/MxfStreamDemuxer.h"
+
+#include "mxf/Status.h"
+#include "mxf/demuxer/StreamGroups.h"
+#include "mxf/model/Links.h"
+#include "mxf/model/StreamFormat.h"
+#include "mxf/stream/HeaderSearch.h"
+#include "mxf/stream/HeaderSource.h"
+
+#include <algorithm>
+#include <cassert>
+#include <chrono>
+#include <new>
+#include <system_error>
+#include <utility>
+
+namespace TamrelMxf {
+
+/// Locks the output for a scope.
+class CMxfStreamDemuxer::COutputHold {
+public:
+    explicit COutputHold(CMxfStreamDemuxer& demuxer) : demuxer_{demuxer} { demuxer_.LockOutput(true); }
+    ~COutputHold() { demuxer_.LockOutput(false); }
+    COutputHold(const COutputHold&) = delete;
+    COutputHold& operator=(const COutputHold&) = delete;
+
+private:
+    CMxfStreamDemuxer& demuxer_;
+};
+
+CMxfStreamDemuxer::CMxfStreamDemuxer() = default;
+
+CMxfStreamDemuxer::~CMxfStreamDemuxer()
+{
+    assert(!IsParseThread());
+    CMxfStreamDemuxer::Close();
+}
+
+bool CMxfStreamDemuxer::IsMxfComplete()
+{
+    return false;
+}
+
+void CMxfStreamDemuxer::SetOffsets() {}
+
+void CMxfStreamDemuxer::CalculateDuration() {}
+
+int CMxfStreamDemuxer::Prepare(const mxf_stream_demuxer_config* config, CSnitcher* sink)
+{
+    if (config == nullptr) return kNullArgument;
+    if (IsParseThread()) return kFailed;
+    mxf_demuxer_config core{};
+    core.pointer = reinterpret_cast<void*>(static_cast<std::uintptr_t>(config->core_long));
+    core.flag = config->core_word;
+    Start(&core, CLoggerT<CSnitcher>{sink});
+    config_ = *config;
+    state_ = kStateFindPartition;
+    headerSize_ = 0;
+    partitionPosition_ = 0;
+    failure_.clear();
+    stop_ = false;
+    {
+        const std::lock_guard state{stateMutex_};
+        isAwake_ = isOutputWanted_ = false;
+    }
+    const std::lock_guard input{inputMutex_};
+    context = nullptr;
+    notify = nullptr;
+    Allocate(kQueueBytes);
+    begin_ = TotalConfirmed();
+    isDiscarding_ = isRefused_ = false;
+    return kSuccess;
+}
+
+int CMxfStreamDemuxer::Open(const mxf_stream_demuxer_config* config, CSnitcher* sink)
+{
+    if (const int status = Prepare(config, sink); status != kSuccess) return status;
+    try {
+        thread_ = std::make_unique<std::thread>([this] { ParseThread(); });
+    } catch (const std::system_error&) {
+        Logger().LogError("no thread can be started");
+        Close();
+        return kFailed;
+    }
+    return kSuccess;
+}
+
+void CMxfStreamDemuxer::Close()
+{
+    stop_ = true; // seen also between two steps that follow each other without a pause
+    if (IsParseThread()) return;
+    if (thread_) {
+        WakeUp();
+        thread_->join();
+        thread_.reset();
+        parseThreadId_ = std::thread::id{};
+    }
+    CMxfDemuxer::Close();
+    delivery_.reset();
+    partition_.reset();
+    headerBuffer_ = {};
+    const std::lock_guard input{inputMutex_};
+    Free();
+}
+
+int CMxfStreamDemuxer::CopyData(unsigned char* data, int length)
+{
+    if (IsParseThread()) return kFailed;
+    int result = length;
+    {
+        const std::lock_guard input{inputMutex_};
+        if (!isDiscarding_) result = SMemoryStream::CopyData(data, length);
+        isRefused_ = result == kNoRoom;
+    }
+    WakeUp();
+    return result;
+}
+
+void CMxfStreamDemuxer::WakeUp()
+{
+    {
+        const std::lock_guard state{stateMutex_};
+        isAwake_ = true;
+        wakeUp_.notify_all();
+    }
+    std::this_thread::yield();
+}
+
+void CMxfStreamDemuxer::LockOutput(bool lock)
+{
+    if (lock) {
+        output_.lock();
+        return;
+    }
+    if (!output_.IsMine()) return;
+    output_.unlock();
+    if (IsParseThread()) return;
+    const std::lock_guard state{stateMutex_};
+    if (!std::exchange(isOutputWanted_, false)) return;
+    isAwake_ = true;
+    wakeUp_.notify_all();
+}
+
+void CMxfStreamDemuxer::ParseThread()
+{
+    parseThreadId_ = std::this_thread::get_id();
+    std::unique_lock state{stateMutex_};
+    while (WaitForWakeUp(state)) {
+        try {
+            isAwake_ = Step();
+        } catch (const std::bad_alloc&) {
+            state_ = kStateError;
+            failure_ = "out of memory";
+            isAwake_ = true;
+        }
+        state.unlock(); // a push comes in between
+        std::this_thread::yield();
+        state.lock();
+    }
+    if (state_ != kStateFinished) return;
+    const std::lock_guard input{inputMutex_};
+    isDiscarding_ = true;
+    Reset();
+}
+
+/// Waits until there is something to do. \return false when there will never be
+bool CMxfStreamDemuxer::WaitForWakeUp(std::unique_lock<std::mutex>& state)
+{
+    constexpr auto kWait = std::chrono::milliseconds{kWakeUpMilliseconds};
+    constexpr auto kWholeWait = kWait - std::chrono::nanoseconds{1};
+    while (!isAwake_) {
+        const auto start = std::chrono::steady_clock::now();
+        wakeUp_.wait_for(state, kWait);
+        if (std::chrono::steady_clock::now() - start < kWholeWait) break;
+    }
+    isAwake_ = false;
+    return !stop_ && state_ != kStateFinished;
+}
+
+bool CMxfStreamDemuxer::Step()
+{
+    const std::int64_t before = Released();
+    bool hasMore = false;
+    if (state_ != kStateStreaming) {
+        const std::lock_guard input{inputMutex_};
+        unsigned char* data = nullptr;
+        int length = 0;
+        if (RequestData(&data, &length) == 0) ProcessInputBuf(data, length);
+        hasMore = state_ == kStateFindPartition && consumed_ > 0;
+    }
+    std::this_thread::yield();
+    const std::unique_lock output{output_, std::try_to_lock};
+    isOutputWanted_ = !output.owns_lock(); // its owner wakes this thread when it lets go
+    if (isOutputWanted_) return false;
+    hasMore = ProcessCurrentState() || hasMore;
+    if (IsStuck(before)) return Fail("an edit unit or header does not fit the input queue");
+    return hasMore;
+}
+
+std::int64_t CMxfStreamDemuxer::Released()
+{
+    const std::lock_guard input{inputMutex_};
+    return TotalConfirmed() - Held();
+}
+
+void CMxfStreamDemuxer::ProcessInputBuf(const unsigned char* data, int length)
+{
+    consumed_ = 0;
+    switch (state_) {
+    case kStateFinished:
+    case kStateError: consumed_ = length; break;
+    case kStateCollectHeader:
+        if (headerSize_ > length) break;
+        std::copy_n(data, headerSize_, headerBuffer_.begin());
+        consumed_ = static_cast<std::int32_t>(headerSize_);
+        state_ = kStateParseHeader;
+        break;
+    case kStateFindPartition: FindPartitionWithMetadata(data, length); break;
+    case kStateClosed:
+    case kStateHeaderFound:
+    case kStateParseHeader:
+    case kStateStreaming: break;
+    }
+    (void)ReleaseData(consumed_);
+}
+
+void CMxfStreamDemuxer::FindPartitionWithMetadata(const unsigned char* data, int length)
+{
+    SHeaderSearch search = SearchHeader({data, static_cast<std::size_t>(length)}, Dict());
+    consumed_ = static_cast<std::int32_t>(search.consumed);
+    if (search.isDamaged) {
+        state_ = kStateError;
+        failure_ = "a partition pack cannot be imported";
+    }
+    if (!search.isFound) return;
+    partition_ = std::move(search.pack);
+    partitionPosition_ = static_cast<std::int64_t>(partition_->thisPartition);
+    headerSize_ = search.headerSize;
+    state_ = kStateHeaderFound;
+}
+
+bool CMxfStreamDemuxer::ProcessCurrentState()
+{
+    switch (state_) {
+    case kStateHeaderFound: return CheckHeader();
+    case kStateParseHeader: return ParseHeaderBuf();
+    case kStateStreaming: return RunParser();
+    case kStateError: return !failure_.empty() && Fail(std::exchange(failure_, {}).c_str());
+    case kStateClosed:
+    case kStateFindPartition:
+    case kStateCollectHeader:
+    case kStateFinished: break;
+    }
+    return false;
+}
+
+bool CMxfStreamDemuxer::CheckHeader()
+{
+    const SOperationalPattern pattern = ParseOperationalPattern(partition_->operationalPattern);
+    const bool isOp1b = pattern.itemComplexity == 1 && pattern.packageComplexity == 2;
+    if (pattern.IsAtom() || isOp1b) return Fail("Unsupported Op pattern!");
+    if (headerSize_ >= Maximum()) return Fail("the header is larger than the input queue");
+    headerBuffer_.resize(static_cast<std::size_t>(headerSize_));
+    state_ = kStateCollectHeader;
+    return true;
+}
+
+bool CMxfStreamDemuxer::ParseHeaderBuf()
+{
+    if (ParseDetachedHeaders(std::make_unique<CHeaderSource>(headerBuffer_)) != kSuccess) return Fail(nullptr);
+    MakeParser();
+    headerBuffer_ = {};
+    Report(mxf_stream_header_parsed);
+    state_ = kStateStreaming;
+    return true;
+}
+
+/// For the container of the first stream that lies in the file.
+void CMxfStreamDemuxer::MakeParser()
+{
+    const std::vector<std::size_t> leaders = JoinStreams(Streams()).Leaders();
+    std::vector<SEssenceTrack> tracks;
+    for (std::size_t i = 0; i < leaders.size(); ++i) {
+        const SStreamLink& link = Streams()[leaders[i]];
+        if (link.IsInFile() && (tracks.empty() || tracks.front().format.bodySid == link.bodySid))
+            tracks.push_back({.stream = static_cast<std::uint32_t>(i), .format = DescribeStream(link)});
+    }
+    if (tracks.empty()) return;
+    const std::lock_guard input{inputMutex_};
+    const SStreamDelivery::SParts parts{.queue = *this,
+                                        .begin = begin_,
+                                        .stop = stop_,
+                                        .dict = Dict(),
+                                        .bodySid = partition_->bodySID,
+                                        .bodyOffset = partition_->bodyOffset,
+                                        .logger = Logger()};
+    delivery_ = std::make_unique<SStreamDelivery>(parts, std::move(tracks));
+    const auto indexBytes = static_cast<std::size_t>(partition_->extent.indexByteCount); // part of the header size
+    delivery_->ImportIndex(std::span{headerBuffer_}.last(indexBytes));
+}
+
+bool CMxfStreamDemuxer::RunParser()
+{
+    {
+        const std::lock_guard input{inputMutex_};
+        if (!delivery_) {
+            Reset(); // no essence that could be delivered
+            return false;
+        }
+        result_ = delivery_->parser.Push();
+    }
+    if (result_ == kNeedsData) std::this_thread::yield();
+    if (result_ != kEnded) return false;
+    state_ = kStateFinished;
+    Report(mxf_stream_ended);
+    return true;
+}
+
+/// True when what is needed at once does not fit the queue together with the slice that the caller wants to push: no
+/// later push would be any better.
+/// \param before  bytes released before the step
+bool CMxfStreamDemuxer::IsStuck(std::int64_t before)
+{
+    const bool isCollecting = state_ == kStateCollectHeader;
+    const bool isShort = state_ == kStateStreaming && result_ == kNeedsData;
+    const std::lock_guard input{inputMutex_};
+    if (TotalConfirmed() - Held() != before) isRefused_ = false; // there is room for another try
+    return (isCollecting || isShort) && isRefused_ && !stop_ && Held() > Maximum() / 2;
+}
+
+int CMxfStreamDemuxer::AddStream(int file, int stream, SMediaStream* receiver)
+{
+    const COutputHold hold{*this};
+    if (!delivery_) return kNotOpen;
+    if (file != 0 || stream < 0) return kOutOfRange;
+    return delivery_->parser.AddStream(static_cast<std::uint32_t>(stream), receiver);
+}
+
+int CMxfStreamDemuxer::RemoveStream(int file, int stream)
+{
+    const COutputHold hold{*this};
+    if (!delivery_) return kNotOpen;
+    if (file != 0 || stream < 0) return kOutOfRange;
+    return delivery_->parser.RemoveStream(static_cast<std::uint32_t>(stream));
+}
+
+/// Further input is discarded. \param reason  null when it has been reported already
+bool CMxfStreamDemuxer::Fail(const char* reason)
+{
+    if (reason != nullptr) Logger().LogError("%s", reason);
+    state_ = kStateError;
+    Report(mxf_stream_failed);
+    return true;
+}
+
+void CMxfStreamDemuxer::Report(mxf_stream_event event)
+{
+    if (config_.state_callback != nullptr) config_.state_callback(config_.context, event, 0);
+}
+
+} // namespace TamrelMxf
