@@ -67,6 +67,11 @@ int mxfDemuxStreamLockOutput(CMxfStreamDemuxer* demuxer, int lock)
     return kSuccess;
 }
 
+int mxfDemuxStreamDrain(CMxfStreamDemuxer* demuxer)
+{
+    return demuxer == nullptr ? kNullArgument : demuxer->Drain();
+}
+
 void mxfDemuxStreamClose(CMxfStreamDemuxer* demuxer)
 {
     demuxer->Close();

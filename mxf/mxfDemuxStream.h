@@ -30,6 +30,7 @@ class CMxfStreamDemuxer;
 ///     mxfDemuxStreamOpen(demuxer, &config, nullptr, &stream);
 ///     while ((length = read(0, bytes, sizeof bytes)) > 0)
 ///         if (stream->CopyData(bytes, length) < 0) break;
+///     mxfDemuxStreamDrain(demuxer);
 ///     mxfDemuxStreamFree(demuxer);
 TamrelMxf::CMxfStreamDemuxer* mxfDemuxStreamNew();
 
@@ -70,6 +71,12 @@ int mxfDemuxStreamRemoveStream(TamrelMxf::CMxfStreamDemuxer* demuxer, int stream
 /// \param lock  0 unlocks
 /// \return 0
 int mxfDemuxStreamLockOutput(TamrelMxf::CMxfStreamDemuxer* demuxer, int lock);
+
+/// Waits until all that was pushed has been used as far as it can be: no sample and no event comes until the next push.
+/// Called at the end of the input, it keeps mxfDemuxStreamClose from cutting off what was pushed last.
+/// \return 0; -1 from the callback or a receiver, and for a thread that has locked the output; -2 for a null handle; -4
+///   when nothing is open
+int mxfDemuxStreamDrain(TamrelMxf::CMxfStreamDemuxer* demuxer);
 
 /// Ends the thread of the stream and releases everything but the handle, which can be opened again. From the callback
 /// or a receiver it only ends the thread: the handle is then closed once more from elsewhere.

@@ -61,7 +61,7 @@ int CMxfStreamDemuxer::Prepare(const mxf_stream_demuxer_config* config, CSnitche
     stop_ = false;
     {
         const std::lock_guard state{stateMutex_};
-        isAwake_ = isOutputWanted_ = false;
+        isAwake_ = isOutputWanted_ = isIdle_ = hasLeft_ = false;
     }
     const std::lock_guard input{inputMutex_};
     context = nullptr;
@@ -157,10 +157,22 @@ void CMxfStreamDemuxer::ParseThread()
         std::this_thread::yield();
         state.lock();
     }
-    if (state_ != kStateFinished) return;
-    const std::lock_guard input{inputMutex_};
-    isDiscarding_ = true;
-    Reset();
+    if (state_ == kStateFinished) {
+        const std::lock_guard input{inputMutex_};
+        isDiscarding_ = true;
+        Reset();
+    }
+    hasLeft_ = true;
+    idle_.notify_all();
+}
+
+int CMxfStreamDemuxer::Drain()
+{
+    if (IsParseThread() || output_.IsMine()) return kFailed;
+    if (!thread_) return kNotOpen;
+    std::unique_lock state{stateMutex_};
+    idle_.wait(state, [this] { return hasLeft_ || (isIdle_ && !isAwake_); });
+    return kSuccess;
 }
 
 /// Waits until there is something to do. \return false when there will never be
@@ -169,11 +181,13 @@ bool CMxfStreamDemuxer::WaitForWakeUp(std::unique_lock<std::mutex>& state)
     constexpr auto kWait = std::chrono::milliseconds{kWakeUpMilliseconds};
     constexpr auto kWholeWait = kWait - std::chrono::nanoseconds{1};
     while (!isAwake_) {
+        isIdle_ = !isOutputWanted_;
+        if (isIdle_) idle_.notify_all();
         const auto start = std::chrono::steady_clock::now();
         wakeUp_.wait_for(state, kWait);
         if (std::chrono::steady_clock::now() - start < kWholeWait) break;
     }
-    isAwake_ = false;
+    isAwake_ = isIdle_ = false;
     return !stop_ && state_ != kStateFinished;
 }
 
