@@ -1,5 +1,6 @@
 #include "cli/MxfStreams.h"
 
+#include "cli/MxfWords.h"
 #include "cli/Text.h"
 #include "platform/Format.h"
 
@@ -28,6 +29,16 @@ std::string detailText(const mxf_stream_format& one)
 
 } // namespace
 
+std::string codecName(const mxf_stream_format& format)
+{
+    TamrelMxf::SStreamFormat words;
+    words.essenceKind = static_cast<TamrelMxf::EEssenceKind>(format.essence_kind);
+    words.codecName = format.codec_name;
+    words.profile = format.profile;
+    words.family = format.family;
+    return codecName(words);
+}
+
 const char* kindWord(const mxf_stream_format& format)
 {
     constexpr auto kWords = std::to_array({"unknown", "picture", "sound", "data", "other"});
@@ -37,11 +48,11 @@ const char* kindWord(const mxf_stream_format& format)
 std::string streamTable(const std::vector<mxf_stream_format>& formats)
 {
     constexpr auto kWrappings = std::to_array({"", "frame", "clip", "custom", "field", "line"});
-    Table table{{"STREAM", "KIND", "CODEC", "FORMAT", "EDIT RATE", "WRAPPING"}};
+    Table table{{"STREAM", "KIND", "CODEC", "FORMAT", "RATE", "WRAPPING"}};
     for (std::size_t stream = 0; stream < formats.size(); ++stream) {
         const mxf_stream_format& one = formats[stream];
         table.addRow(
-            {std::to_string(stream), kindWord(one), one.codec_name, detailText(one),
+            {std::to_string(stream), kindWord(one), codecName(one), detailText(one),
              rateText(one.edit_rate_num, one.edit_rate_den),
              one.body_sid == 0 ? "not in this file" : kWrappings[one.wrapping < kWrappings.size() ? one.wrapping : 0]});
     }

@@ -29,6 +29,9 @@ int containerOf(const std::vector<mxf_stream_format>& formats, std::size_t strea
 /// Why a stream cannot be delivered, to stand behind "stream N"; empty when it can, as far as its format tells.
 std::string hindrance(const mxf_stream_format& format);
 
+/// What a stream is coded with, in short: "MPEG-2 422P@HL", "PCM". Empty when the file does not say.
+std::string codecName(const mxf_stream_format& format);
+
 /// "picture", "sound", "data", "other".
 const char* kindWord(const mxf_stream_format& format);
 

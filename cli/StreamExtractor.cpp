@@ -1,5 +1,6 @@
 #include "cli/StreamExtractor.h"
 
+#include "cli/MxfStreams.h"
 #include "mxf/model/StreamFormat.h"
 
 #include <algorithm>
@@ -33,7 +34,7 @@ Result<WavFormat> wavFormatOf(const mxf_stream_format& format)
     const bool isALaw = kind == EEssenceKind::aLaw;
     // Coded sound in the place of samples (SMPTE ST 337) travels in WAV files as well.
     if (!isALaw && kind != EEssenceKind::pcm && kind != EEssenceKind::codedInAes3) {
-        const std::string name = format.codec_name;
+        const std::string name = codecName(format);
         return noWav((name.empty() ? std::string("holds no sound") : "is " + name) +
                      ": only PCM and A-law go into a WAV file; name the output otherwise, or add --format raw");
     }
