@@ -13,9 +13,9 @@ namespace TamrelMxf::Aes3 {
 
 bool IsEightChannelElement(const SUl& key);
 
-/// Appends the samples of the channels that are in use: little-endian, interleaved, in 16 or 24 bits as the format of the
-/// stream says. They are those that the element marks as valid or, where their number is not that of the format, the
-/// first ones. A sample that is not there whole for all channels is left out.
+/// Appends the samples of the channels that are in use: little-endian, interleaved, in 16 or 24 bits as the format of
+/// the stream says. They are those that the element marks as valid or, where their number is not that of the format,
+/// the first ones. A sample that is not there whole for all channels is left out.
 void Unpack(std::span<const std::uint8_t> element, const SStreamFormat& format, std::vector<std::uint8_t>& samples);
 
 } // namespace TamrelMxf::Aes3

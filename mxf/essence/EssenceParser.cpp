@@ -19,12 +19,15 @@ std::int64_t Minus(std::int64_t a, std::int64_t b)
 
 } // namespace
 
-CEssenceParser::CEssenceParser(const SEssenceContext& context, std::vector<SEssenceTrack> tracks) : context_{context}
+CEssenceParser::CEssenceParser(const SEssenceContext& context, std::vector<SEssenceTrack> tracks, bool countsPackages)
+    : context_{context}, countsPackages_{countsPackages}
 {
     lanes_.reserve(tracks.size());
     for (SEssenceTrack& track : tracks) {
-        auto order = MakePictureOrder(track.format);
-        lanes_.push_back({.track = std::move(track), .order = std::move(order)});
+        SLane& lane = lanes_.emplace_back();
+        lane.isReordered = IsReordered(track.format);
+        lane.order = MakePictureOrder(track.format);
+        lane.track = std::move(track);
     }
 }
 
@@ -71,14 +74,14 @@ std::int64_t CEssenceParser::ToLane(const SLane& lane, std::int64_t unit)
 {
     const SRational& rate = Rate();
     const SRational& own = lane.track.format.editRate;
-    return rate == own ? unit : Rescale(unit, rate, own).value_or(unit);
+    return rate == own || !countsPackages_ ? unit : Rescale(unit, rate, own).value_or(unit);
 }
 
 std::int64_t CEssenceParser::ToContainer(const SLane& lane, std::int64_t editUnit)
 {
     const SRational& rate = Rate();
     const SRational& own = lane.track.format.editRate;
-    if (rate == own) return editUnit;
+    if (rate == own || !countsPackages_) return editUnit;
     std::int64_t unit = Rescale(editUnit, own, rate).value_or(editUnit);
     if (ToLane(lane, unit) > editUnit) --unit; // rounded up: the unit before holds it
     return unit;
@@ -93,11 +96,13 @@ std::optional<SIndexedUnit> CEssenceParser::FindIndexed(std::int64_t unit) const
 CEssenceParser::STimes CEssenceParser::TimesOf(SLane& lane, std::int64_t unit, std::span<const std::uint8_t> bytes)
 {
     STimes times{.displayed = unit};
-    if (lane.order == nullptr) return times; // sound, data, and pictures that stand alone
+    if (!lane.isReordered) return times; // sound, data, and pictures that stand alone
     const auto indexed = FindIndexed(unit);
     if (indexed) {
         times.displayed = indexed->displayed;
         times.isKey = indexed->isKey;
+    } else if (lane.order == nullptr) {
+        times.isKey = unit == 0; // nothing tells of the others
     } else if (!bytes.empty()) {
         if (lane.ordered != unit) {
             if (lane.ordered != unit - 1) lane.order->Restart();
@@ -108,15 +113,52 @@ CEssenceParser::STimes CEssenceParser::TimesOf(SLane& lane, std::int64_t unit, s
         times.isKey = lane.described.isKey;
     }
     if (!delay_ && (indexed || !bytes.empty()))
-        delay_ = indexed ? context_.index->ReorderDelay(IndexSid()) : lane.order->Delay();
+        delay_ = indexed ? context_.index->ReorderDelay(IndexSid()) : lane.order != nullptr ? lane.order->Delay() : 0;
     times.delay = delay_.value_or(0);
     return times;
+}
+
+void CEssenceParser::Note(SWalkedUnit& met, std::int64_t unit, const std::optional<SPictureOrder>& order)
+{
+    met.isKey = order ? order->isKey : unit == 0;
+    if (order && order->displayed) met.shift = static_cast<std::int32_t>(*order->displayed - unit);
+}
+
+std::int64_t CEssenceParser::StoredAt(SLane& lane, std::int64_t displayed)
+{
+    if (!lane.isReordered || displayed < 0) return displayed;
+    if (FindIndexed(displayed)) {
+        const auto stored = context_.index->StoredAt(IndexSid(), displayed);
+        if (stored) return *stored;
+    }
+    constexpr std::int64_t kLookAhead = 64; // a picture is stored soon after its turn, if not before
+    (void)Walk(lane, displayed + kLookAhead);
+    return walked_.StoredAt(displayed);
+}
+
+std::int64_t CEssenceParser::KeyFrameOf(SLane& lane, std::int64_t unit)
+{
+    if (!lane.isReordered) return unit;
+    if (const auto indexed = FindIndexed(unit)) return indexed->keyFrame;
+    return Walk(lane, unit) == nullptr ? unit : walked_.KeyFrameOf(unit);
+}
+
+std::int64_t CEssenceParser::TargetOf(SLane& lane, const mxf_dmuxer_seek& seek)
+{
+    constexpr std::int64_t kMost = std::int64_t{1} << 61; // far beyond every clip, and safe to count on from
+    const bool isStored = (seek.flags & mxf_seek_stored) != 0;
+    std::int64_t editUnit = seek.position;
+    if (!isStored && __builtin_add_overflow(editUnit, lane.track.offset, &editUnit)) return -1;
+    if (editUnit < 0 || editUnit > kMost) return -1;
+    std::int64_t unit = ToContainer(lane, editUnit);
+    if (!isStored) unit = StoredAt(lane, unit);
+    return (seek.flags & mxf_seek_key_frame) != 0 && unit >= 0 ? KeyFrameOf(lane, unit) : unit;
 }
 
 CEssenceParser::SPlayed CEssenceParser::PlayedAt(const SLane& lane, const SPiece& piece, const STimes& times)
 {
     const std::int64_t offset = lane.track.offset;
-    if (lane.order == nullptr) return {Minus(piece.editUnit, offset), Minus(piece.editUnit, offset)};
+    if (!lane.isReordered) return {Minus(piece.editUnit, offset), Minus(piece.editUnit, offset)};
     const std::int64_t pts = Minus(ToLane(lane, times.displayed), offset);
     return {pts, std::min(pts, Minus(ToLane(lane, Minus(piece.unit, times.delay)), offset))};
 }

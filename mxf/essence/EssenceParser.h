@@ -8,6 +8,7 @@
 #include "EssenceInput.h"
 #include "EssenceRecords.h"
 #include "PictureOrder.h"
+#include "WalkedUnits.h"
 
 #include <cstdint>
 #include <memory>
@@ -77,13 +78,15 @@ public:
     virtual int FillSampleOffset(mxf_sample_info& info);
 
 protected:
-    CEssenceParser(const SEssenceContext& context, std::vector<SEssenceTrack> tracks);
+    /// \param countsPackages  the streams of the container share its units; false: each counts its own edit units
+    CEssenceParser(const SEssenceContext& context, std::vector<SEssenceTrack> tracks, bool countsPackages);
 
     struct SLane {
         SEssenceTrack track;
         SMediaStream* receiver = nullptr;
         std::int64_t expected = 0; ///< the stored edit unit that follows what was delivered; -1 after a seek
-        std::unique_ptr<CPictureOrder> order = nullptr; ///< null where every picture stands alone
+        bool isReordered = false;  ///< its pictures depend on others
+        std::unique_ptr<CPictureOrder> order = nullptr; ///< reads their order; null for codings that are not read
         std::int64_t ordered = -1;                      ///< the unit that `described` is of
         SPictureOrder described = {};
     };
@@ -119,6 +122,18 @@ protected:
     std::optional<SIndexedUnit> FindIndexed(std::int64_t unit) const;
     /// \param bytes  of the sample; empty when only the index tables can tell
     STimes TimesOf(SLane& lane, std::int64_t unit, std::span<const std::uint8_t> bytes);
+    /// The unit as a walk from the beginning of the container on meets it, noted in Walked(): for what no index table
+    /// covers. \return null where the essence ends before
+    virtual const SWalkedUnit* Walk(SLane& lane, std::int64_t unit) = 0;
+    CWalkedUnits& Walked() { return walked_; }
+    static void Note(SWalkedUnit& met, std::int64_t unit, const std::optional<SPictureOrder>& order);
+    /// The stored edit unit that is shown at a position, both of the container; -1 when there is none.
+    std::int64_t StoredAt(SLane& lane, std::int64_t displayed);
+    /// The stored edit unit that decoding starts from.
+    std::int64_t KeyFrameOf(SLane& lane, std::int64_t unit);
+    /// Where a seek leads: the stored edit unit of the container, negative when there is none.
+    std::int64_t TargetOf(SLane& lane, const mxf_dmuxer_seek& seek);
+
     /// Hands a sample to the receiver of the lane.
     /// \return false when it does not take it
     bool Deliver(SLane& lane, const SPiece& piece);
@@ -136,6 +151,8 @@ private:
 
     const SEssenceContext& context_;
     std::vector<SLane> lanes_;
+    bool countsPackages_;
+    CWalkedUnits walked_;
     SRational rate_;                    // fixed by the first question
     std::optional<std::int64_t> delay_; // fixed by the first sample
 };

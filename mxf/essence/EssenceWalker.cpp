@@ -39,6 +39,17 @@ std::int64_t SEssenceKlv::End() const
     return Behind(value, std::max<std::int64_t>(length, 0));
 }
 
+int ToResult(CEssenceWalker::EStep step)
+{
+    switch (step) {
+    case CEssenceWalker::EStep::end: return kEnded;
+    case CEssenceWalker::EStep::needsData: return kNeedsData;
+    case CEssenceWalker::EStep::failed: return kFailed;
+    case CEssenceWalker::EStep::found: break;
+    }
+    return kDelivered;
+}
+
 CEssenceWalker::CEssenceWalker(const SEssenceContext& context, std::uint32_t bodySid)
     : context_{&context}, bodySid_{bodySid}
 {

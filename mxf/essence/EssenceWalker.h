@@ -83,4 +83,7 @@ private:
     int damages_ = 0;
 };
 
+/// What a step that found nothing means for a push; kDelivered for one that did.
+int ToResult(CEssenceWalker::EStep step);
+
 } // namespace TamrelMxf

@@ -9,32 +9,10 @@
 #include <utility>
 
 namespace TamrelMxf {
-namespace {
-
-std::vector<CTrackMatch::STrack> ToMatch(const std::vector<SEssenceTrack>& tracks)
-{
-    std::vector<CTrackMatch::STrack> match;
-    for (const SEssenceTrack& track : tracks)
-        match.push_back({.number = track.format.trackNumber, .type = track.format.type});
-    return match;
-}
-
-int ToResult(CEssenceWalker::EStep step)
-{
-    switch (step) {
-    case CEssenceWalker::EStep::end: return kEnded;
-    case CEssenceWalker::EStep::needsData: return kNeedsData;
-    case CEssenceWalker::EStep::failed: return kFailed;
-    case CEssenceWalker::EStep::found: break;
-    }
-    return kDelivered;
-}
-
-} // namespace
 
 CMxfInterleavedParser::CMxfInterleavedParser(const SEssenceContext& context, std::vector<SEssenceTrack> tracks,
                                              bool canGoBack)
-    : CEssenceParser{context, tracks}, reader_{context, BodySid(), IndexSid()}, match_{ToMatch(tracks)},
+    : CEssenceParser{context, tracks, true}, reader_{context, BodySid(), IndexSid()}, match_{tracks},
       canGoBack_{canGoBack}, scout_{reader_}
 {}
 
@@ -99,28 +77,26 @@ int CMxfInterleavedParser::Push()
     }
 }
 
-/// The unit as a walk from the first package of the container on meets it; null where the essence ends before.
-const SWalkedUnit* CMxfInterleavedParser::Walk(std::int64_t unit)
+const SWalkedUnit* CMxfInterleavedParser::Walk(SLane& /*lane*/, std::int64_t unit)
 {
     if (!canGoBack_) return nullptr;
     while (scout_.Unit() <= unit && scout_.Next() == EStep::found) {
         if (scout_.BeginsPackage()) {
             scout_.BeginPackage();
             const SWalkedUnit met{.position = scout_.Klv().position, .streamOffset = scout_.Klv().streamOffset};
-            while (walked_.Count() <= scout_.Unit()) // more than one when some of them are lost
-                if (!walked_.Add(met)) return nullptr;
+            while (Walked().Count() <= scout_.Unit()) // more than one when some of them are lost
+                if (!Walked().Add(met)) return nullptr;
         }
         SLane* const lane = LaneOf(scout_.Klv());
-        if (lane != nullptr && lane->order != nullptr) {
+        if (lane != nullptr && lane->isReordered) {
             if (!scoutOrder_) scoutOrder_ = MakePictureOrder(lane->track.format);
-            SWalkedUnit& met = *walked_.Find(scout_.Unit());
-            const auto order = scoutOrder_->Describe(Head(scout_.Klv()), scout_.Unit());
-            if (order) met.isKey = order->isKey;
-            if (order && order->displayed) met.shift = static_cast<std::int32_t>(*order->displayed - scout_.Unit());
+            SWalkedUnit& met = *Walked().Find(scout_.Unit());
+            Note(met, scout_.Unit(),
+                 scoutOrder_ ? scoutOrder_->Describe(Head(scout_.Klv()), scout_.Unit()) : std::nullopt);
         }
         scout_.Accept();
     }
-    return walked_.Find(unit);
+    return Walked().Find(unit);
 }
 
 /// As many of the first bytes of a value as the headers of a picture take.
@@ -147,40 +123,20 @@ std::optional<SUnitPlace> CMxfInterleavedParser::LocateByIndex(std::int64_t unit
 std::optional<SUnitPlace> CMxfInterleavedParser::Locate(std::int64_t unit)
 {
     if (const auto place = LocateByIndex(unit)) return place;
-    const SWalkedUnit* const walked = Walk(unit);
+    const SWalkedUnit* const walked = Walk(Lanes().front(), unit);
     if (walked == nullptr) return std::nullopt;
     return SUnitPlace{.unit = unit, .position = walked->position, .streamOffset = walked->streamOffset};
-}
-
-/// The stored unit that is shown at a position; -1 when there is none.
-std::int64_t CMxfInterleavedParser::StoredAt(const SLane& lane, std::int64_t displayed)
-{
-    if (lane.order == nullptr) return displayed;
-    if (Context().index != nullptr && FindIndexed(displayed)) {
-        const auto stored = Context().index->StoredAt(IndexSid(), displayed);
-        if (stored) return *stored;
-    }
-    constexpr std::int64_t kLookAhead = 64; // a picture is stored soon after its turn, if not before
-    (void)Walk(displayed + kLookAhead);
-    return walked_.StoredAt(displayed);
-}
-
-std::int64_t CMxfInterleavedParser::KeyFrameOf(const SLane& lane, std::int64_t unit)
-{
-    if (lane.order == nullptr) return unit;
-    if (const auto indexed = FindIndexed(unit)) return indexed->keyFrame;
-    return Walk(unit) == nullptr ? unit : walked_.KeyFrameOf(unit);
 }
 
 /// Lets the pictures in front of `unit` be looked at, so that the order of those behind it is known.
 void CMxfInterleavedParser::Prime(std::int64_t unit)
 {
     const bool isOrdered = std::ranges::any_of(Lanes(), [](const SLane& lane) { return lane.order != nullptr; });
-    if (!isOrdered || FindIndexed(unit) || Walk(unit) == nullptr) return;
-    const std::int64_t key = walked_.KeyFrameOf(unit);
+    if (!isOrdered || FindIndexed(unit) || Walk(Lanes().front(), unit) == nullptr) return;
+    const std::int64_t key = Walked().KeyFrameOf(unit);
     CPackageReader reader = reader_;
     reader.GoTo(
-        {.unit = key, .position = walked_.Find(key)->position, .streamOffset = walked_.Find(key)->streamOffset});
+        {.unit = key, .position = Walked().Find(key)->position, .streamOffset = Walked().Find(key)->streamOffset});
     while (reader.Next() == EStep::found) {
         if (reader.BeginsPackage()) {
             if (reader.Unit() + 1 >= unit) return;
@@ -196,13 +152,7 @@ int CMxfInterleavedParser::Seek(mxf_dmuxer_seek& seek)
 {
     SLane* const lane = FindLane(seek.stream);
     if (lane == nullptr) return kOutOfRange;
-    const bool isStored = (seek.flags & mxf_seek_stored) != 0;
-    std::int64_t editUnit = seek.position;
-    if (!isStored && __builtin_add_overflow(editUnit, lane->track.offset, &editUnit)) return kOutOfRange;
-    if (editUnit < 0) return kOutOfRange;
-    std::int64_t unit = ToContainer(*lane, editUnit);
-    if (!isStored) unit = StoredAt(*lane, unit);
-    if ((seek.flags & mxf_seek_key_frame) != 0 && unit >= 0) unit = KeyFrameOf(*lane, unit);
+    const std::int64_t unit = TargetOf(*lane, seek);
     const auto place = unit < 0 ? std::nullopt : Locate(unit);
     if (!place) return kOutOfRange;
 
@@ -224,10 +174,10 @@ int CMxfInterleavedParser::GetSampleInfo(std::int64_t editUnit, mxf_sample_info&
     const bool isEndless = indexed && !Context().index->CoveredUnits(IndexSid());
     const bool isBeyond = isEndless && Context().partitions.TranslateOffset(indexed->streamOffset, BodySid()) < 0;
     if (editUnit < 0 || isBeyond) return kNoSuchItem;
-    const SWalkedUnit* const walked = indexed ? nullptr : Walk(unit);
+    const SWalkedUnit* const walked = indexed ? nullptr : Walk(*lane, unit);
     if (!indexed && walked == nullptr) return kNoSuchItem;
     STimes times = TimesOf(*lane, unit, {});
-    if (walked != nullptr && lane->order != nullptr) {
+    if (walked != nullptr && lane->isReordered) {
         times.displayed = unit + walked->shift;
         times.isKey = walked->isKey;
     }

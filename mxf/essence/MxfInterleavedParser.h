@@ -3,7 +3,6 @@
 #include "EssenceParser.h"
 #include "PackageReader.h"
 #include "TrackMatch.h"
-#include "WalkedUnits.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -29,6 +28,7 @@ public:
 protected:
     /// What lies in front of it was dealt with.
     std::int64_t Place() const { return reader_.Position(); }
+    const SWalkedUnit* Walk(SLane& lane, std::int64_t unit) override;
 
 private:
     using EStep = CEssenceWalker::EStep;
@@ -37,24 +37,20 @@ private:
     bool IsServed() const;
     bool IsLast(const SLane& lane, const SPiece& piece);
 
-    std::int64_t StoredAt(const SLane& lane, std::int64_t displayed);
-    std::int64_t KeyFrameOf(const SLane& lane, std::int64_t unit);
     std::optional<SUnitPlace> Locate(std::int64_t unit);
     std::optional<SUnitPlace> LocateByIndex(std::int64_t unit) const;
-    const SWalkedUnit* Walk(std::int64_t unit);
     std::span<const std::uint8_t> Head(const SEssenceKlv& klv) const;
     void Prime(std::int64_t unit);
 
     CPackageReader reader_;
     CTrackMatch match_;
-    std::size_t served_ = 0; // lanes that took their sample of the package at hand
+    std::size_t served_ = 0;             // lanes that took their sample of the package at hand
     std::vector<std::uint8_t> unpacked_; // samples of an element that holds more than them
 
     // where no index table leads
     bool canGoBack_;
     CPackageReader scout_; // walks from the beginning
     std::unique_ptr<CPictureOrder> scoutOrder_;
-    CWalkedUnits walked_;
 };
 
 /// The same for essence that is pushed. It never goes back.

@@ -47,12 +47,23 @@ std::optional<SPictureOrder> CMpegPictureOrder::Describe(std::span<const std::ui
     return std::nullopt;
 }
 
-std::unique_ptr<CPictureOrder> MakePictureOrder(const SStreamFormat& format)
+bool IsReordered(const SStreamFormat& format)
 {
     constexpr std::uint64_t kD10Coding = 0x04010202010201; // bytes 9 to 15: pictures that stand alone
-    if (format.type != EStreamType::picture || format.maxGop == 1) return nullptr;
-    if (format.essenceKind == EEssenceKind::mpegPicture && format.coding.Item() >> 8 != kD10Coding &&
-        format.profile != 4)
+    if (format.type != EStreamType::picture || format.maxGop == 1) return false;
+    switch (format.essenceKind) {
+    case EEssenceKind::mpegPicture: return format.coding.Item() >> 8 != kD10Coding;
+    case EEssenceKind::avc:
+    case EEssenceKind::hevc:
+    case EEssenceKind::mpeg4Part2:
+    case EEssenceKind::vc1: return true;
+    default: return false;
+    }
+}
+
+std::unique_ptr<CPictureOrder> MakePictureOrder(const SStreamFormat& format)
+{
+    if (IsReordered(format) && format.essenceKind == EEssenceKind::mpegPicture)
         return std::make_unique<CMpegPictureOrder>();
     return nullptr;
 }

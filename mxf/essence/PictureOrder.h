@@ -38,6 +38,8 @@ protected:
     CPictureOrder() = default;
 };
 
+/// True for pictures that may depend on others, and be shown in another order than they are stored in.
+bool IsReordered(const SStreamFormat& format);
 /// The reader for the coding of a stream; null where every picture stands alone, and for codings that are not read.
 std::unique_ptr<CPictureOrder> MakePictureOrder(const SStreamFormat& format);
 

@@ -23,6 +23,12 @@ bool CarriesType(EssenceKeys::EItem item, EStreamType type)
 
 } // namespace
 
+CTrackMatch::CTrackMatch(std::span<const SEssenceTrack> tracks)
+{
+    for (const SEssenceTrack& track : tracks)
+        tracks_.push_back({.number = track.format.trackNumber, .type = track.format.type});
+}
+
 std::optional<std::size_t> CTrackMatch::Find(const SUl& key)
 {
     const std::uint32_t number = EssenceKeys::NumberOf(key);

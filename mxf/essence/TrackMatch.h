@@ -16,17 +16,17 @@ namespace TamrelMxf {
 /// in only some of them, or none, are understood where no doubt is left.
 class CTrackMatch {
 public:
-    /// \param numbers  numbers and kinds of the tracks of one container
-    struct STrack {
-        std::uint32_t number = 0;
-        EStreamType type = EStreamType::other;
-    };
-    explicit CTrackMatch(std::vector<STrack> tracks) : tracks_{std::move(tracks)} {}
+    /// \param tracks  of one container; numbers and kinds are copied
+    explicit CTrackMatch(std::span<const SEssenceTrack> tracks);
 
     /// \return the index of the track; nothing for an element that no track describes
     std::optional<std::size_t> Find(const SUl& key);
 
 private:
+    struct STrack {
+        std::uint32_t number = 0;
+        EStreamType type = EStreamType::other;
+    };
     std::optional<std::size_t> Search(const SUl& key) const;
 
     std::vector<STrack> tracks_;

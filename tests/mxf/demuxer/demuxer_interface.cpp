@@ -108,7 +108,7 @@ TEST(FileInfo, IsFilledFromTheHeader)
     EXPECT_EQ(info.edit_rate_num, 25);
     EXPECT_EQ(info.edit_rate_den, 1);
     EXPECT_EQ(info.stream_count, 2U);
-    EXPECT_EQ(info.index_value, 0U);
+    EXPECT_EQ(info.index_value, 0xFFFFFFFFU); // no index table segment
     EXPECT_EQ(info.operational_pattern, 0x01010900U);
     EXPECT_EQ(info.complete, 1U);
     EXPECT_EQ(info.drop_frame, 1U);

@@ -1,0 +1,2 @@
+zanfcp_fuzz_target(mxf_essence mxf_essence.cpp)
+target_link_libraries(fuzz_mxf_essence PRIVATE tamrelmxf)

@@ -1,0 +1,90 @@
+#include "mxf/essence/StartCodeCutter.h"
+
+#include <algorithm>
+#include <string_view>
+#include <utility>
+
+namespace TamrelMxf {
+namespace {
+
+constexpr std::string_view kPrefix{"\0\0\1", 3};
+
+/// MPEG-1 and MPEG-2 (ISO/IEC 13818-2): the two fields of a frame stay together.
+class CMpegCutter final : public CStartCodeCutter {
+    bool BeginsPicture(std::span<const std::uint8_t> code) override
+    {
+        constexpr std::uint8_t kPicture = 0x00, kSequence = 0xB3, kExtension = 0xB5, kGroup = 0xB8;
+        constexpr unsigned kCodingExtension = 8, kFrame = 3;
+        switch (code[0]) {
+        case kExtension:
+            if (code[1] >> 4 == kCodingExtension) isField_ = (code[3] & 3U) != kFrame;
+            return false;
+        case kSequence:
+        case kGroup: return std::exchange(isInHeaders_, true) ? false : Start(false);
+        case kPicture:
+            if (std::exchange(isInHeaders_, false)) return Start(false), false;
+            return isField_ && !isSecond_ ? (isSecond_ = true, false) : Start(false);
+        default: return false;
+        }
+    }
+    bool Start(bool second)
+    {
+        isSecond_ = second;
+        isField_ = false;
+        return true;
+    }
+
+    bool isInHeaders_ = false; // a sequence or group header has begun the picture that comes
+    bool isField_ = false;     // the last picture is one field
+    bool isSecond_ = false;    // the last picture is the second field
+};
+
+/// AVC as a byte stream (ITU-T H.264, 7.4.1.2.3, less the comparison of slice headers).
+class CAvcCutter final : public CStartCodeCutter {
+    bool BeginsPicture(std::span<const std::uint8_t> code) override
+    {
+        constexpr unsigned kSlice = 1, kIdrSlice = 5, kSupplement = 6, kPictureSet = 8, kDelimiter = 9;
+        const unsigned type = code[0] & 0x1FU;
+        if (type == kSlice || type == kIdrSlice) {
+            const bool isFirst = (code[1] & 0x80U) != 0; // first_mb_in_slice is 0
+            return isFirst && std::exchange(hasSlice_, true);
+        }
+        const bool isInFront = type >= kSupplement && (type <= kPictureSet || type == kDelimiter);
+        return isInFront && std::exchange(hasSlice_, false);
+    }
+
+    bool hasSlice_ = false; // of the picture at hand
+};
+
+} // namespace
+
+std::optional<std::int64_t> CStartCodeCutter::Begin(CElementBytes& bytes, std::int64_t unit)
+{
+    constexpr std::size_t kStep = std::size_t{256} << 10;
+    if (begins_.empty()) begins_.push_back(0);
+    while (std::cmp_greater_equal(unit, begins_.size())) {
+        const auto view = bytes.View(searched_, kStep);
+        if (view.size() < kLookedAt) return std::nullopt;
+        const std::string_view text{reinterpret_cast<const char*>(view.data()), view.size()};
+        std::size_t at = 0;
+        for (; (at = text.find(kPrefix, at)) != std::string_view::npos && at + kLookedAt <= view.size(); at += 3) {
+            const std::int64_t place = searched_ + static_cast<std::int64_t>(at);
+            if (BeginsPicture(view.subspan(at + 3)) && place > begins_.back()) begins_.push_back(place);
+        }
+        const std::size_t done = std::min(at, view.size() - kLookedAt + 1);
+        searched_ += static_cast<std::int64_t>(done);
+    }
+    return unit < 0 ? std::nullopt : std::optional{begins_[static_cast<std::size_t>(unit)]};
+}
+
+std::unique_ptr<CUnitCutter> MakeStartCodeCutter(const SStreamFormat& format, CElementBytes& bytes)
+{
+    const auto first = bytes.View(0, kPrefix.size() + 1);
+    const bool hasZero = first.size() > 3 && first[0] == 0 && first[1] == 0 && (first[2] == 1 || first[3] == 1);
+    if (!hasZero) return nullptr;
+    if (format.essenceKind == EEssenceKind::mpegPicture) return std::make_unique<CMpegCutter>();
+    if (format.essenceKind == EEssenceKind::avc) return std::make_unique<CAvcCutter>();
+    return nullptr;
+}
+
+} // namespace TamrelMxf

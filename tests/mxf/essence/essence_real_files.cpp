@@ -1,0 +1,205 @@
+#include "tests/mxf/essence/EssenceFile.h"
+#include "tests/support/Ffmpeg.h"
+#include "tests/support/ShellTools.h"
+#include "tests/support/TempFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace {
+
+using namespace TamrelMxf;
+using namespace TamrelMxf::test;
+using zanfcp::test::readFile;
+using zanfcp::test::TempFolder;
+
+#define PICTURE "-f lavfi -i testsrc2=s=320x240:r=25:d=1.6 "
+#define NTSC "-f lavfi -i testsrc2=s=320x240:r=30000/1001:d=1.5 "
+#define HIGH "-f lavfi -i testsrc2=s=1920x1080:r=25:d=0.24 "
+#define SOUND "-f lavfi -i sine=r=48000:d=1.6 "
+#define D10                                                                                                            \
+    "-f lavfi -i testsrc2=s=720x608:r=25:d=0.4 -f lavfi -i sine=r=48000:d=0.4 -c:v mpeg2video -pix_fmt yuv422p "       \
+    "-b:v 30M -minrate 30M -maxrate 30M -bufsize 1200k -rc_init_occupancy 1200k -intra_vlc 1 -qmax 12 "                \
+    "-flags +ildct+low_delay -g 0 "
+
+struct Made {
+    const char* name;
+    const char* arguments; ///< of ffmpeg, up to the output
+    bool isPiped = false;  ///< written without going back
+    /// The parser of ffprobe moves the decoding times of these by one: only presentation times are compared.
+    bool hasOwnDts = false;
+};
+
+const Made kMade[] = {
+    {"MpegLongGop", PICTURE SOUND SOUND "-map 0 -map 1 -map 2 -c:v mpeg2video -g 12 -bf 2 -c:a pcm_s16le -f mxf"},
+    {"MpegOpenGopNtsc", NTSC SOUND "-c:v mpeg2video -g 15 -bf 2 -c:a pcm_s16le -ac 2 -shortest -f mxf"},
+    {"MpegPiped", PICTURE SOUND "-c:v mpeg2video -g 12 -bf 2 -c:a pcm_s16le -f mxf", true},
+    {"MpegIntra", PICTURE "-c:v mpeg2video -g 1 -f mxf", false, true},
+    {"Avc", PICTURE SOUND "-c:v libx264 -bf 2 -g 12 -c:a pcm_s16le -shortest -f mxf"},
+    {"Vc3WithSound24", HIGH SOUND "-c:v dnxhd -b:v 120M -pix_fmt yuv422p -c:a pcm_s24le -shortest -f mxf"},
+    {"ProRes", HIGH "-c:v prores -profile:v 2 -f mxf"},
+    {"Jpeg2000", PICTURE "-c:v jpeg2000 -f mxf"},
+    {"Dv", "-f lavfi -i testsrc2=s=720x576:r=25:d=0.4 -c:v dvvideo -pix_fmt yuv420p -f mxf"},
+    {"D10Sound16", D10 "-c:a pcm_s16le -ac 2 -f mxf_d10"},
+    {"D10Sound24", D10 "-c:a pcm_s24le -ac 4 -f mxf_d10"},
+    {"AtomPicture", HIGH "-c:v dnxhd -b:v 120M -pix_fmt yuv422p -f mxf_opatom"},
+    {"AtomDv", "-f lavfi -i testsrc2=s=720x576:r=25:d=0.4 -c:v dvvideo -pix_fmt yuv420p -f mxf_opatom"},
+    {"AtomSound", SOUND "-c:a pcm_s16le -f mxf_opatom"},
+};
+
+struct Packet {
+    std::int64_t pts = 0, dts = 0, size = 0, position = 0;
+    bool isKey = false;
+};
+
+class RealEssence : public testing::TestWithParam<Made> {
+protected:
+    static const TempFolder& Folder()
+    {
+        static const TempFolder folder;
+        return folder;
+    }
+    static std::string Path() { return Folder().file(std::string{GetParam().name} + ".mxf"); }
+    static std::string Ask(const std::string& command)
+    {
+        EXPECT_EQ(std::system((command + " >" + Folder().file("answer")).c_str()), 0) << command;
+        return readFile(Folder().file("answer"));
+    }
+
+    void SetUp() override
+    {
+        if (std::filesystem::exists(Path())) return;
+        const std::string to = GetParam().isPiped ? " pipe:1 | cat >" : " ";
+        const std::string make = std::string{"ffmpeg -nostdin -v error -y "} + GetParam().arguments + to + Path();
+        ASSERT_EQ(std::system(make.c_str()), 0) << make;
+    }
+
+    static std::string Copied(int stream)
+    {
+        return Ask("ffmpeg -nostdin -v error -i " + Path() + " -map 0:" + std::to_string(stream) +
+                   " -c copy -f data pipe:1");
+    }
+    static std::vector<Packet> Packets(int stream)
+    {
+        std::istringstream lines{Ask("ffprobe -v error -show_packets -of csv=p=0 -show_entries "
+                                     "packet=pts,dts,size,pos,flags -select_streams " +
+                                     std::to_string(stream) + " " + Path())};
+        std::vector<Packet> packets;
+        char comma = 0;
+        std::string flags;
+        for (Packet p; lines >> p.pts >> comma >> p.dts >> comma >> p.size >> comma >> p.position >> comma >> flags;) {
+            p.isKey = flags.starts_with('K');
+            packets.push_back(p);
+        }
+        return packets;
+    }
+};
+
+INSTANTIATE_TEST_SUITE_P(All, RealEssence, testing::ValuesIn(kMade),
+                         [](const auto& made) { return std::string{made.param.name}; });
+
+TEST_P(RealEssence, SamplesAreThoseThatAnotherReaderCopies)
+{
+    Playing playing{Path()};
+    ASSERT_EQ(playing.PlayAll(), kEnded);
+    ASSERT_FALSE(playing.streams.empty());
+    for (auto& [stream, keeper] : playing.streams) {
+        SCOPED_TRACE(stream);
+        const std::string copied = Copied(stream);
+        const auto bytes = keeper.All();
+        EXPECT_TRUE(std::ranges::equal(bytes, copied, {}, {}, [](char c) { return static_cast<std::uint8_t>(c); }))
+            << bytes.size() << " bytes, not the " << copied.size();
+
+        mxf_stream_format format{};
+        ASSERT_EQ(playing.demuxer.GetStreamFormat(stream, &format, false, false), 0);
+        const bool isSound = format.stream_type == 2;
+        const std::vector<Packet> packets = Packets(stream);
+        ASSERT_EQ(keeper.taken.size(), packets.size());
+        std::int64_t played = 0; // bytes of sound so far
+        for (std::size_t i = 0; i < packets.size(); ++i) {
+            SCOPED_TRACE(i);
+            const mxf_sample& sample = keeper.taken[i].sample;
+            const Packet& packet = packets[i];
+            EXPECT_EQ(sample.size, packet.size);
+            EXPECT_EQ((sample.flags & mxf_sample_key) != 0, packet.isKey);
+            EXPECT_EQ((sample.flags & mxf_sample_last) != 0, i + 1 == packets.size());
+            EXPECT_EQ(sample.flags & (mxf_sample_discontinuity | mxf_sample_damaged), 0U);
+            if (isSound) { // counted in samples there, in edit units here
+                EXPECT_EQ(played / format.block_align, packet.pts);
+                EXPECT_EQ(sample.pts, sample.dts);
+                played += sample.size;
+                continue;
+            }
+            EXPECT_EQ(sample.pts, packet.pts);
+            if (!GetParam().hasOwnDts) {
+                EXPECT_EQ(sample.dts, packet.dts);
+            }
+            // It names the key where this names the value, but for what one element holds together.
+            const std::int64_t inFront = sample.position - packet.position;
+            EXPECT_TRUE(inFront == 0 || inFront == 20 || inFront == 25) << inFront;
+        }
+    }
+}
+
+/// Turns all index table segments into KLVs that mean nothing to anyone.
+std::vector<std::uint8_t> WithoutIndex(const std::string& content)
+{
+    std::vector<std::uint8_t> bytes{content.begin(), content.end()};
+    const std::vector<std::uint8_t> key{0x06, 0x0E, 0x2B, 0x34, 0x02, 0x53, 0x01, 0x01,
+                                        0x0D, 0x01, 0x02, 0x01, 0x01, 0x10, 0x01, 0x00};
+    for (auto at = bytes.begin(); (at = std::search(at, bytes.end(), key.begin(), key.end())) != bytes.end(); ++at)
+        *(at + 13) = 0x7E;
+    return bytes;
+}
+
+TEST_P(RealEssence, SeekingDeliversWhatPlayingDoes)
+{
+    for (const bool hasIndex : {true, false}) {
+        SCOPED_TRACE(hasIndex ? "index" : "no index");
+        const std::string content = readFile(Path());
+        const std::vector<std::uint8_t> bytes =
+            hasIndex ? std::vector<std::uint8_t>{content.begin(), content.end()} : WithoutIndex(content);
+        const std::string name = GetParam().name;
+        if (!hasIndex && (name == "Avc" || name == "AtomPicture")) continue; // nothing else tells their order or size
+        Playing played{bytes};
+        ASSERT_EQ(played.PlayAll(), kEnded);
+        Playing seeking{bytes};
+        for (auto& [stream, keeper] : played.streams) {
+            std::vector<Taken>& all = keeper.taken;
+            for (std::size_t i = all.size(); i-- > 0;) { // backwards, the hardest way
+                SCOPED_TRACE(all[i].sample.pts);
+                const std::int64_t position = all[i].sample.pts + (all[i].sample.duration - 1) / 2;
+                const Taken* exact = seeking.After(stream, position, mxf_seek_exact);
+                ASSERT_NE(exact, nullptr);
+                EXPECT_EQ(exact->sample.pts, all[i].sample.pts);
+                EXPECT_EQ(exact->sample.dts, all[i].sample.dts);
+                EXPECT_EQ(exact->sample.flags, all[i].sample.flags | mxf_sample_discontinuity);
+                EXPECT_EQ(exact->bytes, all[i].bytes);
+                EXPECT_EQ(seeking.seek.edit_unit, all[i].sample.edit_unit);
+                const Taken* key = seeking.After(stream, position, mxf_seek_key_frame);
+                ASSERT_NE(key, nullptr);
+                EXPECT_TRUE(key->sample.flags & mxf_sample_key);
+                EXPECT_LE(key->sample.edit_unit, all[i].sample.edit_unit);
+
+                mxf_sample_info info{};
+                info.stream = static_cast<std::uint32_t>(stream);
+                ASSERT_EQ(seeking.demuxer.GetIdxEntryInfo(0, static_cast<int>(all[i].sample.edit_unit), &info), 0);
+                EXPECT_EQ(info.pts, all[i].sample.pts);
+                EXPECT_EQ(info.flags & mxf_sample_key, all[i].sample.flags & mxf_sample_key);
+                ASSERT_EQ(seeking.demuxer.FillSampleOffset(&info), 0);
+                EXPECT_LE(info.position, all[i].sample.position);
+            }
+            const std::int64_t end = all.back().sample.edit_unit + all.back().sample.duration;
+            EXPECT_EQ(seeking.After(stream, end, mxf_seek_exact | mxf_seek_stored), nullptr);
+            EXPECT_EQ(seeking.After(stream, -1, mxf_seek_exact | mxf_seek_stored), nullptr);
+        }
+    }
+}
+
+} // namespace
