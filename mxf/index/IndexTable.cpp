@@ -71,7 +71,7 @@ void CIndexTable::Measure(const CMxfIndexSegment& segment)
     isMixed_ = isMixed_ || constantSize_.has_value();
     const auto count = static_cast<std::size_t>(segment.UnitCount());
     for (std::size_t i = 0; i < count; ++i) {
-        const std::int64_t offset = segment.Entry(i).temporalOffset;
+        const std::int64_t offset = segment.TemporalOffset(i);
         mostAhead_ = std::max(mostAhead_, offset);
         mostBehind_ = std::min(mostBehind_, offset);
     }
@@ -266,8 +266,13 @@ std::int64_t CIndexTable::DisplayedAt(std::int64_t editUnit, Pieces::const_itera
 std::int64_t CIndexTable::KeyFrameOf(std::int64_t editUnit, const SIndexEntry& entry, Pieces::const_iterator near)
 {
     if (entry.IsKey()) return editUnit;
-    if (entry.keyFrameOffset < 0 && (entry.flags & SIndexEntry::kOutOfRange) == 0)
-        return std::max<std::int64_t>(editUnit + entry.keyFrameOffset, 0);
+    if (entry.keyFrameOffset < 0 && (entry.flags & SIndexEntry::kOutOfRange) == 0) {
+        const std::int64_t stated = std::max<std::int64_t>(editUnit + entry.keyFrameOffset, 0);
+        const auto target = EntryOf(stated, near);
+        if (!target || target->IsKey()) return stated;
+    }
+    // Not in the standard: some writers count the distance upwards, which behind 127 edit units looks like a negative
+    // one that leads elsewhere; others leave it at 0.
     for (std::int64_t at = editUnit - 1; at >= 0 && editUnit - at <= kMaxKeyFrameDistance; --at) {
         const auto before = EntryOf(at, near);
         if (!before) break;

@@ -15,7 +15,7 @@
 namespace TamrelMxf {
 namespace {
 
-/// Temporal offsets reach that far (SMPTE ST 377-1, 11.1.7).
+/// Temporal offsets are 8 bits wide: they reach that far.
 constexpr std::int64_t kReach = 128;
 
 std::int64_t Behind(std::int64_t position, std::uint64_t count)
@@ -47,6 +47,7 @@ struct CMxfIndexParser::SImpl {
     bool IsFull();
     int Import(std::span<const std::uint8_t> value, std::int64_t rank, std::uint32_t indexSid);
     CIndexTable* Known(std::uint32_t indexSid);
+    bool IsWhole(std::int64_t partition) const;
     bool LoadMore();
     CIndexTable* LoadAny(std::uint32_t indexSid);
     CIndexTable* LoadAll(std::uint32_t indexSid);
@@ -194,14 +195,19 @@ int CMxfIndexParser::LoadSegmentFromPartition(const CPartitionPack& partition)
     return impl_->LoadPartition(partition.extent, partition.indexSID);
 }
 
+bool CMxfIndexParser::SImpl::IsWhole(std::int64_t partition) const
+{
+    const auto visit = visits.find(partition);
+    return visit != visits.end() && visit->second.isWhole;
+}
+
 void CMxfIndexParser::LoadSegments(const CRandomIndexPack& rip)
 {
     impl_->waiting.clear();
     for (const std::uint64_t offset : rip.Offsets()) {
         if (!std::in_range<std::int64_t>(offset)) continue;
         const auto position = static_cast<std::int64_t>(offset);
-        const auto visit = impl_->visits.find(position);
-        if (visit == impl_->visits.end() || !visit->second.isWhole) impl_->waiting.push_back(position);
+        if (!impl_->IsWhole(position)) impl_->waiting.push_back(position);
     }
     impl_->batch = 1;
 }
@@ -215,6 +221,7 @@ bool CMxfIndexParser::SImpl::LoadMore()
     for (std::size_t i = 0; i < batch && !waiting.empty(); ++i) {
         const std::int64_t position = waiting.back();
         waiting.pop_back();
+        if (IsWhole(position)) continue; // it was loaded at once meanwhile
         const auto pack = ReadPartitionPackAt(*source, dict, position);
         const int status = pack ? LoadPartition(pack->extent, pack->indexSID) : kFailed;
         const bool isMissed = !pack || (pack->HasIndexTable() && status == kFailed) || status == kCutShort;
@@ -335,8 +342,10 @@ std::optional<std::int64_t> CMxfIndexParser::UnitAtOffset(std::uint32_t indexSid
     std::optional<std::int64_t> unit;
     if (table != nullptr) unit = table->UnitAtOffset(streamOffset);
     const CNotedUnits* const noted = impl_->Noted(indexSid);
-    const auto other = noted != nullptr ? noted->UnitAtOffset(streamOffset) : std::nullopt;
-    return std::max(unit, other); // the table ends where noted units begin
+    auto other = noted != nullptr ? noted->UnitAtOffset(streamOffset) : std::nullopt;
+    // A unit that was noted before a table told of it is hidden. Of both answers the later unit lies further on.
+    if (other && table != nullptr && table->Covers(*other, *other)) other.reset();
+    return std::max(unit, other);
 }
 
 std::optional<std::int64_t> CMxfIndexParser::ElementOffset(std::uint32_t indexSid, std::int64_t editUnit,

@@ -126,11 +126,18 @@ SIndexEntry CMxfIndexSegment::Entry(std::size_t i) const
     zanfcp::ByteReader in = ReaderOf(std::span{entries_}.subspan(i * entryStep_ * entrySize_, kFixedEntrySize));
     const auto step = static_cast<int>(entryStep_);
     SIndexEntry entry;
-    entry.temporalOffset = static_cast<std::int8_t>(in.read<std::int8_t>() / step);
+    in.skip(1);
+    entry.temporalOffset = TemporalOffset(i);
     entry.keyFrameOffset = static_cast<std::int8_t>(in.read<std::int8_t>() / step);
     entry.flags = in.read<std::uint8_t>();
     entry.streamOffset = in.read<std::uint64_t>();
     return entry;
+}
+
+std::int8_t CMxfIndexSegment::TemporalOffset(std::size_t i) const
+{
+    const auto stored = static_cast<std::int8_t>(entries_[i * entryStep_ * entrySize_]);
+    return static_cast<std::int8_t>(stored / static_cast<int>(entryStep_));
 }
 
 std::uint32_t CMxfIndexSegment::SliceOffset(std::size_t entry, std::uint8_t slice) const

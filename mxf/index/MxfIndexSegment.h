@@ -30,8 +30,8 @@ struct SIndexEntry {
     std::uint64_t streamOffset = 0;
 
     /// True for a picture that is decoded alone: it allows random access, or it is predicted from no other one and
-    /// names none in front of it. The first I picture after an edit or of an open group is such a picture without the
-    /// flag of random access (SMPTE ST 381-1, table of flags); writers that leave all flags at zero mean key frames.
+    /// names none in front of it (flags of SMPTE ST 377-1 and ST 381-1). The I picture of an open group is such a one
+    /// without the flag of random access; writers that leave all flags at zero mean key frames.
     bool IsKey() const { return (flags & kRandomAccess) != 0 || (keyFrameOffset == 0 && (flags & kPredicted) == 0); }
 };
 
@@ -53,6 +53,8 @@ public:
     std::size_t EntryCount() const { return entryCount_; }
     /// \param i  below EntryCount()
     SIndexEntry Entry(std::size_t i) const;
+    /// The same as Entry(i).temporalOffset.
+    std::int8_t TemporalOffset(std::size_t i) const;
     /// Bytes from the start of the edit unit to slice `slice`; 0 for slice 0 and for one that does not exist.
     std::uint32_t SliceOffset(std::size_t entry, std::uint8_t slice) const;
     /// Entry `number` of the position tables: a fraction of an edit unit.

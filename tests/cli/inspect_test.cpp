@@ -28,7 +28,7 @@ TEST(Inspect, JsonHasTheFieldsOfTheRecordByTheirNames)
     EXPECT_EQ(outcome.err, "");
     // As make_samples.sh made it; the codec's own texts are the encoder's.
     ordered_json expected = ordered_json::parse(R"({
-        "schemaVersion": 1, "path": "", "status": 0, "hasVideo": true, "width": 1280, "height": 720,
+        "schemaVersion": 1, "path": "", "status": 0, "codec": "", "hasVideo": true, "width": 1280, "height": 720,
         "pixelAspectRatio": "square", "anamorphic": false, "duration": 100,
         "videoCodec": {"name": "", "typeName": "", "typeCode": "avc1", "vendorCode": "", "spatialQuality": 512,
                        "temporalQuality": 512, "keyframeRate": 0, "dataRate": 0, "fieldDominance": "none"},
@@ -44,6 +44,7 @@ TEST(Inspect, JsonHasTheFieldsOfTheRecordByTheirNames)
         EXPECT_TRUE(lines[0]["videoCodec"][key].is_string());
         expected["videoCodec"][key] = lines[0]["videoCodec"][key];
     }
+    expected["codec"] = lines[0]["videoCodec"]["name"].get<std::string>() + " (avc1)";
     EXPECT_EQ(lines[0].dump(1), expected.dump(1));
 }
 

@@ -12,7 +12,7 @@ using ::testing::Not;
 using ::testing::StartsWith;
 
 const std::vector<std::string> kCommands = {"inspect", "build", "validate", "labels", "timecode", "host",
-                                            "send",    "get",   "open",     "save",   "close"};
+                                            "send",    "get",   "open",     "save",   "close",    "mxf"};
 
 TEST(Program, HelpTellsANewcomerWhatToType)
 {
@@ -24,10 +24,13 @@ TEST(Program, HelpTellsANewcomerWhatToType)
     for (const std::string& command : kCommands) {
         SCOPED_TRACE(command);
         EXPECT_THAT(help.out, HasSubstr("\n  " + command + " "));
-        const Outcome own = zanfcp({command, "--help"});
+    }
+    for (const std::string& command : joined(kCommands, {"mxf info", "mxf dump"})) {
+        SCOPED_TRACE(command);
+        const Outcome own = shell("$ZANFCP " + command + " --help");
         EXPECT_EQ(own.status, 0);
         EXPECT_THAT(own.out, HasSubstr("Usage: zanfcp " + command));
-        EXPECT_THAT(own.out, HasSubstr("Examples:\n  zanfcp "));
+        EXPECT_THAT(own.out, HasSubstr(command == "mxf" ? "Subcommands:" : "Examples:\n  zanfcp "));
         EXPECT_THAT(own.out, HasSubstr("Exit codes: "));
     }
 }
@@ -55,6 +58,10 @@ TEST(Program, WrongUsageExitsWith2AndSaysWhatWasMeant)
         {{"timecode", "1"}, "zanfcp: --rate is required\nTry: zanfcp timecode --help\n"},
         {{"timecode", "1", "--rate", "26"}, "zanfcp: --rate: \"26\" is none of 23.976, "},
         {{"completion", "fish"}, "fish"},
+        {{"mxf"}, "zanfcp: A subcommand is required\nTry: zanfcp mxf --help\n"},
+        {{"mxf", "inf"}, "zanfcp: there is no command \"mxf inf\"; did you mean mxf info?\nTry: zanfcp mxf --help\n"},
+        {{"mxf", "info", "--jsn", "a.mxf"},
+         "zanfcp: there is no option --jsn; did you mean --json?\nTry: zanfcp mxf info --help\n"},
     };
     for (const Case& c : cases) {
         const Outcome outcome = zanfcp(c.arguments);
@@ -132,6 +139,7 @@ TEST(Completion, OffersWhatFitsTheCursor)
     writeCamera(folder, "my film.mov", {});
     folder.write("cuts.json", "[]");
     folder.write("notes.txt", "");
+    folder.write("a.mxf", "");
     struct Case {
         const char* line; ///< the words so far, the last one under the cursor
         std::vector<std::string> offered;
@@ -142,7 +150,10 @@ TEST(Completion, OffersWhatFitsTheCursor)
         {"zanfcp --ver", {"--version", "--verbose"}},
         {"zanfcp build --se", {"--set", "--sequence"}},
         {"zanfcp build --set sequenceOverrides.ana", {"sequenceOverrides.anamorphicOverride="}},
-        {"zanfcp build ''", {"my film.mov"}},
+        {"zanfcp build ''", {"my film.mov", "a.mxf"}},
+        {"zanfcp mxf ''", {"info", "dump"}},
+        {"zanfcp -q mxf info --js", {"--json"}},
+        {"zanfcp mxf dump ''", {"a.mxf"}},
         {"zanfcp build --cuts ''", {"cuts.json"}},
         {"zanfcp timecode 1 --rate 59", {"59.94", "59.94df", "59.94ndf"}},
         {"zanfcp labels ''", {}},

@@ -109,5 +109,24 @@ TEST(RateText, NamesTheRealRate)
     EXPECT_FALSE(isTimecodeRate({29, false}));
 }
 
+TEST(LabelAtBase, CountsAtRatesThatNoTimecodeHas)
+{
+    struct Case {
+        std::int64_t frames;
+        std::uint16_t base;
+        bool dropFrame;
+        const char* label;
+    };
+    const Case cases[] = {
+        {1799, 30, true, "00:00:59;29"},  {1800, 30, true, "00:01:00;02"},     {17982, 30, true, "00:10:00;00"},
+        {1800, 30, false, "00:01:00:00"}, {3600, 60, true, "00:01:00;04"},     {7200, 120, true, "00:01:00;08"},
+        {4800, 48, false, "00:01:40:00"}, {1500, 25, true, "00:01:00:00"}, // no such thing as drop-frame at 25
+        {-1, 25, false, "23:59:59:24"},   {2160000, 25, false, "00:00:00:00"}, {1000, 0, false, ""},
+        {1000, 65535, false, ""},
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(labelAtBase(c.frames, c.base, c.dropFrame), c.label) << c.frames << " at " << c.base;
+}
+
 } // namespace
 } // namespace zanfcp::cli

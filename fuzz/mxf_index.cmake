@@ -1,0 +1,2 @@
+zanfcp_fuzz_target(mxf_index mxf_index.cpp)
+target_link_libraries(fuzz_mxf_index PRIVATE tamrelmxf)
