@@ -69,7 +69,9 @@ int mxfDemuxStreamLockOutput(CMxfStreamDemuxer* demuxer, int lock)
 
 int mxfDemuxStreamDrain(CMxfStreamDemuxer* demuxer)
 {
-    return demuxer == nullptr ? kNullArgument : demuxer->Drain();
+    if (demuxer == nullptr) return kNullArgument;
+    demuxer->Drain();
+    return kSuccess;
 }
 
 void mxfDemuxStreamClose(CMxfStreamDemuxer* demuxer)

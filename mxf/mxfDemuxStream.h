@@ -16,22 +16,30 @@ class CMxfStreamDemuxer;
 /// the receivers on a thread of its own. What may be called from where is told with each function; the rest as in
 /// mxfDemux.h.
 ///
-///     struct Picture : SMediaStream {
+///     struct Out : SMediaStream {
 ///         int TakeSample(const mxf_sample& sample) override { return write(1, sample.data, sample.size) < 0; }
-///     } picture;
-///     TamrelMxf::CMxfStreamDemuxer* const demuxer = mxfDemuxStreamNew();
-///     static struct { TamrelMxf::CMxfStreamDemuxer* demuxer; Picture* picture; } both{demuxer, &picture};
+///     };
+///     struct Job {
+///         TamrelMxf::CMxfStreamDemuxer* demuxer = mxfDemuxStreamNew();
+///         Out out;
+///         std::promise<int> end;
+///     } job;
 ///     mxf_stream_demuxer_config config{};
-///     config.context = &both;
-///     config.state_callback = [](void*, std::int32_t event, std::int32_t) {
-///         if (event == mxf_stream_header_parsed) mxfDemuxStreamAddStream(both.demuxer, 0, both.picture);
+///     config.context = &job;
+///     config.state_callback = [](void* context, std::int32_t event, std::int32_t) {
+///         Job& self = *static_cast<Job*>(context);
+///         if (event == mxf_stream_header_parsed)
+///             mxfDemuxStreamAddStream(self.demuxer, 0, &self.out);
+///         else
+///             self.end.set_value(event);
 ///     };
 ///     TamrelMxf::SMemoryStream* stream = nullptr;
-///     mxfDemuxStreamOpen(demuxer, &config, nullptr, &stream);
-///     while ((length = read(0, bytes, sizeof bytes)) > 0)
-///         if (stream->CopyData(bytes, length) < 0) break;
-///     mxfDemuxStreamDrain(demuxer);
-///     mxfDemuxStreamFree(demuxer);
+///     mxfDemuxStreamOpen(job.demuxer, &config, nullptr, &stream);
+///     while ((length = static_cast<int>(read(0, bytes, sizeof bytes))) > 0)
+///         while (stream->CopyData(bytes, length) == TamrelMxf::SMemoryStream::kNoRoom)
+///             std::this_thread::yield(); // the receiver is slow
+///     job.end.get_future().wait(); // of a stream that is whole
+///     mxfDemuxStreamFree(job.demuxer);
 TamrelMxf::CMxfStreamDemuxer* mxfDemuxStreamNew();
 
 /// Closes what is open and waits for the first bytes of a stream.
@@ -56,7 +64,7 @@ int mxfDemuxStreamGetDmFramework(TamrelMxf::CMxfStreamDemuxer* demuxer, int inde
                                  std::uint32_t* count, const mxf_dmd_framework** list);
 
 /// From any thread, the callback included: streams that are added during event 1 miss nothing. Samples are handed over
-/// on the thread of the stream.
+/// on the thread of the stream; none is marked as the last one, which event 2 tells instead.
 /// \param receiver  borrowed until it is removed or the handle is closed; it must not push, close or wait for a thread
 ///   that does
 /// \return 0; -2 for a null receiver; -3 for a bad index, a stream outside the container that is delivered, and one
@@ -73,9 +81,9 @@ int mxfDemuxStreamRemoveStream(TamrelMxf::CMxfStreamDemuxer* demuxer, int stream
 int mxfDemuxStreamLockOutput(TamrelMxf::CMxfStreamDemuxer* demuxer, int lock);
 
 /// Waits until all that was pushed has been used as far as it can be: no sample and no event comes until the next push.
-/// Called at the end of the input, it keeps mxfDemuxStreamClose from cutting off what was pushed last.
-/// \return 0; -1 from the callback or a receiver, and for a thread that has locked the output; -2 for a null handle; -4
-///   when nothing is open
+/// Called at the end of the input, it keeps mxfDemuxStreamClose from cutting off what was pushed last, of a stream that
+/// is cut short as well. Not from the callback or a receiver.
+/// \return 0; -2 for a null handle
 int mxfDemuxStreamDrain(TamrelMxf::CMxfStreamDemuxer* demuxer);
 
 /// Ends the thread of the stream and releases everything but the handle, which can be opened again. From the callback

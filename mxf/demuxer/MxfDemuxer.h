@@ -103,14 +103,14 @@ public:
     EMuxingMode DetectMuxingMode() const;
 
 protected:
-    /// The streams of one container as its parser sees them; empty for a bad index.
-    std::vector<SEssenceTrack> EssenceTracks(int file) const;
     /// Closes what is open; takes over the settings of the next file and where its messages go.
     void Start(const mxf_demuxer_config* config, CLoggerT<CSnitcher> logger);
     /// Reads the header that stands at the start of `source`, in a partition of any kind, and lets go of the source.
     /// \return 0 or the code of the step that failed; the demuxer then is as after Close
     int ParseDetachedHeaders(std::unique_ptr<CMediaSource> source);
     const CLoggerT<CSnitcher>& Logger() const { return logger_; }
+    /// The streams of one container as its parser sees them; empty for a bad index.
+    std::vector<SEssenceTrack> EssenceTracks(int file) const;
     static const CMxfUlDict& Dict();
 
 private:

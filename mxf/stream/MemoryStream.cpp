@@ -91,8 +91,8 @@ int SMemoryStream::ReleaseData(int count)
         return kSuccess;
     }
     read_ += count;
-    const std::ptrdiff_t tenth = capacity_ / 10;
-    if (end_ - write_ < tenth && read_ - base_.get() > tenth) MoveToFront();
+    const auto capacity = static_cast<std::ptrdiff_t>(capacity_);
+    if ((end_ - write_) * 10 < capacity && (read_ - base_.get()) * 10 > capacity) MoveToFront();
     return kSuccess;
 }
 

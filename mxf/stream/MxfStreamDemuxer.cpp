@@ -1,9 +1,7 @@
 #include "mxf/stream/MxfStreamDemuxer.h"
 
 #include "mxf/Status.h"
-#include "mxf/demuxer/StreamGroups.h"
 #include "mxf/model/Links.h"
-#include "mxf/model/StreamFormat.h"
 #include "mxf/stream/HeaderSearch.h"
 #include "mxf/stream/HeaderSource.h"
 
@@ -52,6 +50,7 @@ int CMxfStreamDemuxer::Prepare(const mxf_stream_demuxer_config* config, CSnitche
     mxf_demuxer_config core{};
     core.pointer = reinterpret_cast<void*>(static_cast<std::uintptr_t>(config->core_long));
     core.flag = config->core_word;
+    core.lazy_index_loading = 1; // there is no source to load any from
     Start(&core, CLoggerT<CSnitcher>{sink});
     config_ = *config;
     state_ = kStateFindPartition;
@@ -61,7 +60,7 @@ int CMxfStreamDemuxer::Prepare(const mxf_stream_demuxer_config* config, CSnitche
     stop_ = false;
     {
         const std::lock_guard state{stateMutex_};
-        isAwake_ = isOutputWanted_ = isIdle_ = hasLeft_ = false;
+        isAwake_ = isOutputWanted_ = false;
     }
     const std::lock_guard input{inputMutex_};
     context = nullptr;
@@ -96,7 +95,7 @@ void CMxfStreamDemuxer::Close()
         parseThreadId_ = std::thread::id{};
     }
     CMxfDemuxer::Close();
-    delivery_.reset();
+    essence_.reset();
     partition_.reset();
     headerBuffer_ = {};
     const std::lock_guard input{inputMutex_};
@@ -141,6 +140,17 @@ void CMxfStreamDemuxer::LockOutput(bool lock)
     wakeUp_.notify_all();
 }
 
+void CMxfStreamDemuxer::Drain()
+{
+    while (thread_ && !IsParseThread() && !stop_ && state_ != kStateFinished) {
+        {
+            const std::lock_guard state{stateMutex_}; // the parse thread lets go of it between steps alone
+            if (!isAwake_) return;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds{1});
+    }
+}
+
 void CMxfStreamDemuxer::ParseThread()
 {
     parseThreadId_ = std::this_thread::get_id();
@@ -157,22 +167,10 @@ void CMxfStreamDemuxer::ParseThread()
         std::this_thread::yield();
         state.lock();
     }
-    if (state_ == kStateFinished) {
-        const std::lock_guard input{inputMutex_};
-        isDiscarding_ = true;
-        Reset();
-    }
-    hasLeft_ = true;
-    idle_.notify_all();
-}
-
-int CMxfStreamDemuxer::Drain()
-{
-    if (IsParseThread() || output_.IsMine()) return kFailed;
-    if (!thread_) return kNotOpen;
-    std::unique_lock state{stateMutex_};
-    idle_.wait(state, [this] { return hasLeft_ || (isIdle_ && !isAwake_); });
-    return kSuccess;
+    if (state_ != kStateFinished) return;
+    const std::lock_guard input{inputMutex_};
+    isDiscarding_ = true;
+    Reset();
 }
 
 /// Waits until there is something to do. \return false when there will never be
@@ -181,13 +179,11 @@ bool CMxfStreamDemuxer::WaitForWakeUp(std::unique_lock<std::mutex>& state)
     constexpr auto kWait = std::chrono::milliseconds{kWakeUpMilliseconds};
     constexpr auto kWholeWait = kWait - std::chrono::nanoseconds{1};
     while (!isAwake_) {
-        isIdle_ = !isOutputWanted_;
-        if (isIdle_) idle_.notify_all();
         const auto start = std::chrono::steady_clock::now();
         wakeUp_.wait_for(state, kWait);
         if (std::chrono::steady_clock::now() - start < kWholeWait) break;
     }
-    isAwake_ = isIdle_ = false;
+    isAwake_ = false;
     return !stop_ && state_ != kStateFinished;
 }
 
@@ -289,16 +285,10 @@ bool CMxfStreamDemuxer::ParseHeaderBuf()
     return true;
 }
 
-/// For the container of the first stream that lies in the file.
+/// For the first container of the file.
 void CMxfStreamDemuxer::MakeParser()
 {
-    const std::vector<std::size_t> leaders = JoinStreams(Streams()).Leaders();
-    std::vector<SEssenceTrack> tracks;
-    for (std::size_t i = 0; i < leaders.size(); ++i) {
-        const SStreamLink& link = Streams()[leaders[i]];
-        if (link.IsInFile() && (tracks.empty() || tracks.front().format.bodySid == link.bodySid))
-            tracks.push_back({.stream = static_cast<std::uint32_t>(i), .format = DescribeStream(link)});
-    }
+    std::vector<SEssenceTrack> tracks = EssenceTracks(0);
     if (tracks.empty()) return;
     const std::lock_guard input{inputMutex_};
     const SStreamDelivery::SParts parts{.queue = *this,
@@ -308,20 +298,20 @@ void CMxfStreamDemuxer::MakeParser()
                                         .bodySid = partition_->bodySID,
                                         .bodyOffset = partition_->bodyOffset,
                                         .logger = Logger()};
-    delivery_ = std::make_unique<SStreamDelivery>(parts, std::move(tracks));
+    essence_ = std::make_unique<SStreamDelivery>(parts, std::move(tracks));
     const auto indexBytes = static_cast<std::size_t>(partition_->extent.indexByteCount); // part of the header size
-    delivery_->ImportIndex(std::span{headerBuffer_}.last(indexBytes));
+    essence_->ImportIndex(std::span{headerBuffer_}.last(indexBytes));
 }
 
 bool CMxfStreamDemuxer::RunParser()
 {
     {
         const std::lock_guard input{inputMutex_};
-        if (!delivery_) {
+        if (!essence_) {
             Reset(); // no essence that could be delivered
             return false;
         }
-        result_ = delivery_->parser.Push();
+        result_ = essence_->parser.Push();
     }
     if (result_ == kNeedsData) std::this_thread::yield();
     if (result_ != kEnded) return false;
@@ -344,18 +334,19 @@ bool CMxfStreamDemuxer::IsStuck(std::int64_t before)
 
 int CMxfStreamDemuxer::AddStream(int file, int stream, SMediaStream* receiver)
 {
+    if (receiver == nullptr) return kNullArgument;
     const COutputHold hold{*this};
-    if (!delivery_) return kNotOpen;
-    if (file != 0 || stream < 0) return kOutOfRange;
-    return delivery_->parser.AddStream(static_cast<std::uint32_t>(stream), receiver);
+    if (!IsHeaderParsed()) return kNotOpen;
+    if (!essence_ || file != 0 || stream < 0) return kOutOfRange;
+    return essence_->parser.AddStream(static_cast<std::uint32_t>(stream), receiver);
 }
 
 int CMxfStreamDemuxer::RemoveStream(int file, int stream)
 {
     const COutputHold hold{*this};
-    if (!delivery_) return kNotOpen;
-    if (file != 0 || stream < 0) return kOutOfRange;
-    return delivery_->parser.RemoveStream(static_cast<std::uint32_t>(stream));
+    if (!IsHeaderParsed()) return kNotOpen;
+    if (!essence_ || file != 0 || stream < 0) return kOutOfRange;
+    return essence_->parser.RemoveStream(static_cast<std::uint32_t>(stream));
 }
 
 /// Further input is discarded. \param reason  null when it has been reported already

@@ -86,10 +86,9 @@ public:
     /// \param lock  false unlocks; nothing happens when the calling thread does not hold the lock
     void LockOutput(bool lock);
 
-    /// Waits until the parse thread has used all of the input that it can: nothing more is delivered and no event comes
-    /// until the next push. For the end of the input, so that Close does not cut off what was pushed last.
-    /// \return 0; -1 on the parse thread, and for who has locked the output; -4 when nothing is open
-    int Drain();
+    /// Waits until the parse thread has used what was pushed before, as far as it can: what is left waits for more
+    /// bytes, for a receiver or for the output lock. Not on the parse thread.
+    void Drain();
 
     EStreamState State() const { return state_.load(); }
     /// Where the partition that the header is taken from stands in its file, as it says itself. For callbacks, and
@@ -133,16 +132,14 @@ private:
     std::int64_t partitionPosition_ = 0;        // what its pack states
     std::unique_ptr<CPartitionPack> partition_; // of the header to collect
     std::vector<std::uint8_t> headerBuffer_;
-    std::string failure_;                       // met while input was used, to be reported after it
-    std::int64_t begin_ = 0;                    // what the queue had confirmed at the open
-    std::unique_ptr<SStreamDelivery> delivery_; // null before the header is parsed, and for a file without essence
-    int result_ = 0;                            // of the last step of the parser
+    std::string failure_;                      // met while input was used, to be reported after it
+    std::int64_t begin_ = 0;                   // what the queue had confirmed at the open
+    std::unique_ptr<SStreamDelivery> essence_; // null before the header is parsed, and for a file without essence
+    int result_ = 0;                           // of the last step of the parser
 
     std::atomic<bool> stop_{false};
     bool isAwake_ = false;        // a wake-up that is not used yet; guarded by stateMutex_
     bool isOutputWanted_ = false; // the output was locked when it was needed; guarded by stateMutex_
-    bool isIdle_ = false;         // the parse thread waits for more input; guarded by stateMutex_
-    bool hasLeft_ = false;        // the parse thread has ended; guarded by stateMutex_
     bool isDiscarding_ = false;   // the parse thread has left at the end; guarded by inputMutex_
     bool isRefused_ = false;      // there was no room for the last slice; guarded by inputMutex_
     std::unique_ptr<std::thread> thread_;
@@ -153,7 +150,6 @@ private:
     std::mutex stateMutex_;
     COutputLock output_;
     std::condition_variable wakeUp_;
-    std::condition_variable idle_; // paired with stateMutex_
 };
 
 } // namespace TamrelMxf

@@ -66,9 +66,10 @@ public:
         };
         return mxfDemuxStreamOpen(demuxer_.get(), &config, &sink, &stream);
     }
-    /// Pushes everything, `slice()` bytes at a time; waits while the queue is full.
+    /// Pushes everything, `slice()` bytes at a time; waits while the queue is full, for 20 seconds at most.
     void push(const Bytes& bytes, const std::function<std::size_t()>& slice)
     {
+        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds{20};
         Bytes copy; // each slice of its own, so that one that is kept or overrun shows
         for (std::size_t at = 0; at < bytes.size();) {
             const std::size_t count = std::min(std::max<std::size_t>(slice(), 1), bytes.size() - at);
@@ -77,7 +78,7 @@ public:
             const int result = stream->CopyData(copy.data(), static_cast<int>(count));
             if (result == static_cast<int>(count))
                 at += count;
-            else if (result != SMemoryStream::kNoRoom)
+            else if (result != SMemoryStream::kNoRoom || std::chrono::steady_clock::now() > end)
                 return;
         }
     }

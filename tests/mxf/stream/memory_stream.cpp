@@ -120,15 +120,17 @@ TEST(MemoryStream, RoomIsFoundAtTheEndThenInFrontThenByGrowing)
 TEST(MemoryStream, ReleasingMovesOnlyWhenBothEndsPassATenth)
 {
     struct Case {
+        std::uint32_t capacity;
         int pushed, popped;
         std::ptrdiff_t place;
     };
     for (const Case& c :
-         {Case{900, 101, 101}, Case{901, 100, 100}, Case{901, 101, 0}, Case{1000, 500, 0}, Case{500, 400, 400}}) {
-        Queue queue{1000};
+         {Case{1000, 900, 101, 101}, Case{1000, 901, 100, 100}, Case{1000, 901, 101, 0}, Case{1000, 1000, 500, 0},
+          Case{1000, 500, 400, 400}, Case{105, 94, 11, 11}, Case{105, 95, 10, 10}, Case{105, 95, 11, 0}}) {
+        Queue queue{c.capacity};
         ASSERT_EQ(queue.push(c.pushed), c.pushed);
         ASSERT_EQ(queue.pop(c.popped), 0);
-        EXPECT_EQ(queue.place(), c.place) << c.pushed << " " << c.popped;
+        EXPECT_EQ(queue.place(), c.place) << c.capacity << " " << c.pushed << " " << c.popped;
         queue.expectIntact();
     }
     Queue queue{1000};
