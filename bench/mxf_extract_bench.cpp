@@ -302,8 +302,8 @@ int main()
     std::filesystem::remove(file("interleaved.mxf"));
 
     shell(quiet + "-f lavfi -i testsrc2=s=1920x1080:r=25,noise=alls=30 -t 1 -c:v dnxhd -b:v 120M -pix_fmt yuv422p " +
-          file("vc3.mov"));
-    shell(loop + file("vc3.mov") + " -c copy -t 132 -f mxf_opatom " + file("clip.mxf"));
+          file("vc3.mxf"));
+    shell(loop + file("vc3.mxf") + " -c copy -t 132 -f mxf_opatom " + file("clip.mxf"));
     throughput("clip-wrapped, VC-3", file("clip.mxf"), false);
     std::filesystem::remove(file("clip.mxf"));
 

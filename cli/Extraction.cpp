@@ -39,15 +39,27 @@ void warnOfDamage(const StreamExtractor::Damage& damage, const ExtractionEnd& en
 
 } // namespace
 
+CLI::Validator streamNumber()
+{
+    constexpr int kMost = 9999;
+    return CLI::Range(0, kMost).description("");
+}
+
+CLI::Validator timeoutSeconds()
+{
+    constexpr int kDay = 86'400;
+    return CLI::Range(0, kDay).description("");
+}
+
 void addExtractionOptions(CLI::App& app, ExtractionArguments& arguments)
 {
     app.add_option("--stream", arguments.stream, "the stream, as zanfcp mxf info numbers them")
         ->type_name("N")
-        ->check(CLI::NonNegativeNumber);
+        ->check(streamNumber());
     app.add_option("-o,--output", arguments.output, "the file to write, - for standard output")->type_name("OUT");
     app.add_option("--format", arguments.format, "raw or wav (as the name of OUT says)")
         ->type_name("FORMAT")
-        ->check(CLI::IsMember({"raw", "wav"}));
+        ->check(CLI::IsMember({"raw", "wav"}).description(""));
 }
 
 std::optional<ExtractionPlan> planExtraction(const ExtractionArguments& arguments,
@@ -73,14 +85,15 @@ std::optional<ExtractionPlan> planExtraction(const ExtractionArguments& argument
         console.error("standard output is a terminal: essence would only upset it; name a file, or pipe it on");
         return std::nullopt;
     }
-    ExtractionPlan plan;
+    ExtractionPlan plan{.startOffset = formats[stream].start_offset};
     if (arguments.format == "wav" || (arguments.format.empty() && namesWav(arguments.output))) {
         const auto wav = wavFormatOf(formats[stream]);
         if (!wav) {
             console.error(name + wav.error().what);
             return std::nullopt;
         }
-        plan = {.wav = *wav, .swapsBytes = isBigEndianSound(formats[stream])};
+        plan.wav = *wav;
+        plan.swapsBytes = isBigEndianSound(formats[stream]);
     }
     return plan;
 }

@@ -18,13 +18,12 @@ struct ExtractionArguments {
     std::string format; ///< "raw", "wav"; empty: as the name of the output says
 };
 
+/// What --stream and --timeout may be.
+CLI::Validator streamNumber();
+CLI::Validator timeoutSeconds();
+
 /// Adds --stream, -o and --format, none of them required.
 void addExtractionOptions(CLI::App& app, ExtractionArguments& arguments);
-
-struct ExtractionPlan {
-    std::optional<WavFormat> wav; ///< nothing for the bare essence
-    bool swapsBytes = false;
-};
 
 /// How a stream is written; nothing, with a message, when it cannot be.
 /// \param formats  of all streams

@@ -5,7 +5,6 @@
 #include "cli/MxfFile.h"
 #include "cli/MxfStreams.h"
 #include "cli/Progress.h"
-#include "cli/ReadFile.h"
 #include "mxf/essence/EssenceParser.h"
 #include "mxf/mxfDemux.h"
 
@@ -85,7 +84,7 @@ public:
             console_.error(output.error().what);
             return kFailed;
         }
-        StreamExtractor extractor{*std::move(output), plan->wav, plan->swapsBytes, *range};
+        StreamExtractor extractor{*std::move(output), *plan, *range};
         if (mxfDemuxAddStream(demuxer_, file_, static_cast<int>(stream_), &extractor) != 0)
             return fail("cannot be delivered");
         const int result = seek(*range, format) ? push(extractor, time, *range) : -1;
@@ -191,14 +190,14 @@ Command addMxfExtract(CLI::App& group)
                   "only the pictures of the range, even where they cannot be decoded without others");
     app->add_option("--timeout", arguments->timeout, "seconds to wait for more of a file that is being written (0)")
         ->type_name("SECONDS")
-        ->check(CLI::Range(0, 86'400));
+        ->check(timeoutSeconds());
     return {
         .app = app,
         .details =
             "The bytes of the stream are written one sample after the other, as they lie in the file: an elementary "
             "stream of MPEG-2, AVC and so on, or bare samples of sound. An output whose name ends in .wav becomes a "
             "WAV file (RF64 above 4 GiB); --format decides otherwise. In a pipe a WAV file does not say how long it "
-            "is. Eight-channel sound of D-10 is unpacked.\n\n"
+            "is. Eight-channel sound of D-10 is unpacked. "
             "--from and --to are timecodes of the clip, as zanfcp mxf info shows them; the frame at --to is left out. "
             "Of long-GOP pictures, the ones that the range is decoded from are written too, unless --exact is given. "
             "Damaged essence costs the samples that it lies in: what is left is written, with a warning, and the "

@@ -1,4 +1,5 @@
 #include "cli/Console.h"
+#include "cli/Extraction.h"
 #include "cli/MxfCommands.h"
 #include "cli/MxfFile.h"
 #include "cli/MxfStreams.h"
@@ -151,11 +152,11 @@ Command addMxfSamples(CLI::App& group)
     app->add_option("FILE", arguments->path, "an MXF file")->required()->type_name("");
     app->add_option("--stream", arguments->stream, "this stream alone, as zanfcp mxf info numbers them")
         ->type_name("N")
-        ->check(CLI::NonNegativeNumber);
+        ->check(streamNumber());
     app->add_flag("--json", arguments->json, "a JSON object a line, for other programs");
     app->add_option("--timeout", arguments->timeout, "seconds to wait for more of a file that is being written (0)")
         ->type_name("SECONDS")
-        ->check(CLI::Range(0, 86'400));
+        ->check(timeoutSeconds());
     return {
         .app = app,
         .details = "A line for each sample in the order of the file: the stored edit unit and how many it holds, the "

@@ -23,7 +23,7 @@
 namespace zanfcp::cli {
 namespace {
 
-constexpr std::size_t kSliceBytes = std::size_t{256} << 10;
+constexpr std::size_t kSliceBytes = std::size_t{1} << 20; ///< smaller ones cost more changes of thread than they save
 
 struct Arguments {
     std::string path;
@@ -161,8 +161,7 @@ private:
                 return false;
             }
             time_ = std::make_unique<ClipTime>(info, formats[static_cast<std::size_t>(arguments_.extraction.stream)]);
-            extractor_ =
-                std::make_unique<StreamExtractor>(*std::move(output), plan->wav, plan->swapsBytes, ExtractedRange{});
+            extractor_ = std::make_unique<StreamExtractor>(*std::move(output), *plan, ExtractedRange{});
         }
         if (mxfDemuxStreamAddStream(demuxer_.get(), arguments_.extraction.stream, extractor_.get()) == 0) return true;
         const std::lock_guard lock{mutex_};
@@ -252,7 +251,9 @@ ExitCode stream(const Arguments& arguments, Console& console)
         console.error(arguments.path + ": " + (problem.empty() ? std::strerror(errno) : problem));
         return kFailed;
     }
-    return Session{arguments, console}.run(isStandard ? STDIN_FILENO : opened.value());
+    const int descriptor = isStandard ? STDIN_FILENO : opened.value();
+    (void)::fcntl(descriptor, F_SETPIPE_SZ, static_cast<int>(kSliceBytes)); // nothing but a pipe heeds it
+    return Session{arguments, console}.run(descriptor);
 }
 
 } // namespace

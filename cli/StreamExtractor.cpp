@@ -59,11 +59,10 @@ Result<WavFormat> wavFormatOf(const mxf_stream_format& format)
                      .bytesPerSample = static_cast<std::uint16_t>(bytes)};
 }
 
-StreamExtractor::StreamExtractor(EssenceOutput output, const std::optional<WavFormat>& wav, bool swapsBytes,
-                                 ExtractedRange range)
-    : output_{std::move(output)}, wav_{wav}, swapsBytes_{swapsBytes && wav}, range_{range}
+StreamExtractor::StreamExtractor(EssenceOutput output, const ExtractionPlan& plan, ExtractedRange range)
+    : output_{std::move(output)}, plan_{plan}, range_{range}
 {
-    if (wav_) status_ = output_.write(wavHeader(*wav_, std::nullopt));
+    if (plan_.wav) status_ = output_.write(wavHeader(*plan_.wav, std::nullopt));
 }
 
 int StreamExtractor::TakeSample(const mxf_sample& sample)
@@ -74,7 +73,6 @@ int StreamExtractor::TakeSample(const mxf_sample& sample)
         return 0;
     }
     noteDamage(sample);
-    end_ = std::max(end_, sample.pts + sample.duration);
     std::span<const std::uint8_t> bytes{sample.data, sample.size};
     if (sample.pts >= range_.to) {
         if (range_.isExact) return 0;
@@ -131,14 +129,14 @@ void StreamExtractor::writePending()
 void StreamExtractor::append(std::span<const std::uint8_t> bytes)
 {
     if (!status_) return;
-    if (wav_) { // a sample that was cut off must not shift the channels behind it
-        const std::size_t block = std::size_t{wav_->channels} * wav_->bytesPerSample;
+    if (plan_.wav) { // a sample that was cut off must not shift the channels behind it
+        const std::size_t block = std::size_t{plan_.wav->channels} * plan_.wav->bytesPerSample;
         bytes = bytes.first(bytes.size() / block * block);
     }
-    if (swapsBytes_) {
+    if (plan_.wav && plan_.swapsBytes) {
         swapped_.assign(bytes.begin(), bytes.end());
-        for (auto at = swapped_.begin(); at != swapped_.end(); at += wav_->bytesPerSample)
-            std::reverse(at, at + wav_->bytesPerSample);
+        for (auto at = swapped_.begin(); at != swapped_.end(); at += plan_.wav->bytesPerSample)
+            std::reverse(at, at + plan_.wav->bytesPerSample);
         bytes = swapped_;
     }
     status_ = output_.write(bytes);
@@ -148,9 +146,9 @@ void StreamExtractor::append(std::span<const std::uint8_t> bytes)
 Status StreamExtractor::finish()
 {
     if (!status_) return status_;
-    if (wav_) {
+    if (plan_.wav) {
         if (wavPadding(bytes_) != 0) status_ = output_.write(std::string_view{"\0", 1});
-        if (status_ && output_.canOverwrite()) status_ = output_.overwriteStart(wavHeader(*wav_, bytes_));
+        if (status_ && output_.canOverwrite()) status_ = output_.overwriteStart(wavHeader(*plan_.wav, bytes_));
     }
     if (status_) status_ = output_.finish();
     return status_;

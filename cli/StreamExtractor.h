@@ -28,6 +28,13 @@ struct ExtractedRange {
     bool isExact = false;
 };
 
+/// How a stream is written.
+struct ExtractionPlan {
+    std::optional<WavFormat> wav = {}; ///< nothing for the bare essence
+    bool swapsBytes = false;           ///< samples of a WAV file stand the other way round in the MXF file
+    std::int64_t startOffset = 0;      ///< edit units of the essence in front of the first one that is played
+};
+
 /// The receiver that writes a stream to a file.
 class StreamExtractor final : public SMediaStream {
 public:
@@ -39,8 +46,7 @@ public:
         std::int64_t firstUnit = 0;      ///< its played edit unit
     };
 
-    /// \param wav  nothing for the bare essence
-    StreamExtractor(EssenceOutput output, const std::optional<WavFormat>& wav, bool swapsBytes, ExtractedRange range);
+    StreamExtractor(EssenceOutput output, const ExtractionPlan& plan, ExtractedRange range);
 
     int TakeSample(const mxf_sample& sample) override;
 
@@ -54,7 +60,9 @@ public:
     std::int64_t editUnits() const { return written_; } ///< written
     std::int64_t leading() const { return leading_; }   ///< of these the ones in front of the range
     std::uint64_t bytes() const { return bytes_; }      ///< of essence, written
-    std::int64_t end() const { return end_; }           ///< the played edit unit behind the last one that was delivered
+    /// The edit unit behind the last one that was delivered: one that is played, as far as pictures are stored in
+    /// that order.
+    std::int64_t end() const { return expected_.value_or(plan_.startOffset) - plan_.startOffset; }
     const Damage& damage() const { return damage_; }
 
 private:
@@ -64,15 +72,13 @@ private:
     void writePending();
 
     EssenceOutput output_;
-    std::optional<WavFormat> wav_;
-    bool swapsBytes_;
+    ExtractionPlan plan_;
     ExtractedRange range_;
     Status status_;
     bool isDone_ = false;
     std::optional<std::int64_t> expected_; ///< the stored edit unit that continues what was delivered
     std::int64_t written_ = 0;
     std::int64_t leading_ = 0;
-    std::int64_t end_ = 0;
     std::uint64_t bytes_ = 0;
     Damage damage_;
     std::vector<std::uint8_t> pending_; ///< pictures behind the range: written when one of the range follows
