@@ -193,18 +193,15 @@ ExitCode build(const Arguments& arguments, Console& console)
 
 void addOptions(CLI::App& app, Arguments& arguments)
 {
-    // A shell variable that is not set must not quietly build another project.
-    const CLI::Validator notEmpty{
-        [](const std::string& value) { return std::string(value.empty() ? "must not be empty" : ""); }, ""};
     app.add_option("FILE", arguments.files, "media files of one recording (.mov, .mxf), cameras and sound recorders")
         ->required()
         ->type_name("");
     app.add_option("-o,--output", arguments.output, "where the project is written; standard output without it or for -")
         ->type_name("OUT")
-        ->check(notEmpty);
+        ->check(notEmpty());
     app.add_option("--options", arguments.optionsFile, "a JSON object with options of the project, see below")
         ->type_name("OPTIONS.json")
-        ->check(notEmpty);
+        ->check(notEmpty());
     app.add_option("--set", arguments.settings, "one option of the project, see below; repeatable")
         ->type_name("KEY=VALUE")
         ->expected(1)
@@ -215,10 +212,10 @@ void addOptions(CLI::App& app, Arguments& arguments)
     app.add_flag("--interlaced", arguments.interlaced, "take the pictures as interlaced");
     app.add_option("--cuts", arguments.cutsFile, "a JSON list with the cuts of the sequence")
         ->type_name("CUTS.json")
-        ->check(notEmpty);
+        ->check(notEmpty());
     app.add_option("--markers", arguments.markersFile, "a JSON list with the markers of the sequence")
         ->type_name("MARKERS.json")
-        ->check(notEmpty);
+        ->check(notEmpty());
     app.add_flag("--validate", arguments.validate, "check the project with xmllint before it is written");
 }
 

@@ -49,9 +49,11 @@ Command addGet(CLI::App& parent)
     auto arguments = std::make_shared<Arguments>();
     CLI::App* app = parent.add_subcommand("get", "Write out the document of a project of the host");
     app->add_option("-o,--output", arguments->output, "where it is written; standard output without it")
-        ->type_name("OUT");
+        ->type_name("OUT")
+        ->check(notEmpty());
     app->add_option("--project", arguments->project, "the project, in the host's folder; the current one without it")
-        ->type_name("FILE");
+        ->type_name("FILE")
+        ->check(notEmpty());
     addConnectionOptions(*app, arguments->connection);
     return {
         .app = app,

@@ -36,6 +36,7 @@ ExitCode host(const Arguments& arguments, Console& console)
     stop.sa_handler = stopHost;
     ::sigaction(SIGTERM, &stop, nullptr);
     ::sigaction(SIGINT, &stop, nullptr);
+    ::sigaction(SIGHUP, &stop, nullptr); // the terminal was closed
     std::signal(SIGXFSZ, SIG_IGN); // a limit on file sizes is answered like a full disk
 
     console.note("keeping projects in " + arguments.projects + ", listening on " + arguments.socket + "\n");
@@ -53,7 +54,8 @@ Command addHost(CLI::App& parent)
     CLI::App* app = parent.add_subcommand("host", "Keep projects in a folder for the commands that send and get them");
     app->add_option("--projects", arguments->projects, "the folder with the project documents")
         ->required()
-        ->type_name("DIR");
+        ->type_name("DIR")
+        ->check(notEmpty());
     addSocketOption(*app, arguments->socket);
     return {
         .app = app,

@@ -42,7 +42,7 @@ Command addMxfDump(CLI::App& group)
 {
     auto path = std::make_shared<std::string>();
     CLI::App* app = group.add_subcommand("dump", "List every KLV of an MXF file");
-    app->add_option("FILE", *path, "an MXF file")->required()->type_name("");
+    app->add_option("FILE", *path, "an MXF file")->required()->type_name("")->check(notEmpty());
     return {
         .app = app,
         .details =

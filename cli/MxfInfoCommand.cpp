@@ -29,7 +29,7 @@ Command addMxfInfo(CLI::App& group)
 {
     auto arguments = std::make_shared<Arguments>();
     CLI::App* app = group.add_subcommand("info", "Show all that the header of an MXF file says");
-    app->add_option("FILE", arguments->path, "an MXF file")->required()->type_name("");
+    app->add_option("FILE", arguments->path, "an MXF file")->required()->type_name("")->check(notEmpty());
     app->add_flag("--json", arguments->json, "the same facts as one JSON object, for other programs");
     return {
         .app = app,

@@ -45,7 +45,10 @@ Command addOpen(CLI::App& parent)
 {
     auto arguments = std::make_shared<Arguments>();
     CLI::App* app = parent.add_subcommand("open", "Have the host open a project file");
-    app->add_option("FILE", arguments->file, "the project, in the host's folder")->required()->type_name("");
+    app->add_option("FILE", arguments->file, "the project, in the host's folder")
+        ->required()
+        ->type_name("")
+        ->check(notEmpty());
     addConnectionOptions(*app, arguments->connection);
     return {
         .app = app,
@@ -60,7 +63,9 @@ Command addSave(CLI::App& parent)
 {
     auto arguments = std::make_shared<Arguments>();
     CLI::App* app = parent.add_subcommand("save", "Have the host save the current project");
-    app->add_option("FILE", arguments->file, "where, in the host's folder; its own file without it")->type_name("");
+    app->add_option("FILE", arguments->file, "where, in the host's folder; its own file without it")
+        ->type_name("")
+        ->check(notEmpty());
     app->add_flag("--overwrite", arguments->flag, "replace FILE when it exists");
     addConnectionOptions(*app, arguments->connection);
     return {
@@ -78,7 +83,8 @@ Command addClose(CLI::App& parent)
     auto arguments = std::make_shared<Arguments>();
     CLI::App* app = parent.add_subcommand("close", "Have the host save and close a project");
     app->add_option("--project", arguments->file, "the project, in the host's folder; the current one without it")
-        ->type_name("FILE");
+        ->type_name("FILE")
+        ->check(notEmpty());
     app->add_flag("--discard", arguments->flag, "close it without saving");
     addConnectionOptions(*app, arguments->connection);
     return {

@@ -35,9 +35,13 @@ Command addSend(CLI::App& parent)
 {
     auto arguments = std::make_shared<Arguments>();
     CLI::App* app = parent.add_subcommand("send", "Import a document into a project of the host");
-    app->add_option("FILE", arguments->file, "the document (.xml); - for standard input")->required()->type_name("");
+    app->add_option("FILE", arguments->file, "the document (.xml); - for standard input")
+        ->required()
+        ->type_name("")
+        ->check(notEmpty());
     app->add_option("--project", arguments->project, "the project, in the host's folder; the current one without it")
-        ->type_name("FILE");
+        ->type_name("FILE")
+        ->check(notEmpty());
     addConnectionOptions(*app, arguments->connection);
     return {
         .app = app,

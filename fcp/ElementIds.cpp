@@ -4,8 +4,11 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <unordered_map>
-#include <unordered_set>
+#include <deque>
+#include <functional>
+#include <optional>
+#include <utility>
+#include <vector>
 
 namespace zanfcp {
 namespace {
@@ -125,45 +128,72 @@ template <class Visit> void visitIds(std::string_view text, Visit visit)
     }
 }
 
-std::unordered_set<std::string> idsOf(std::string_view text)
+/// The ids of all elements of a text. Those that stand there as they mean are not copied.
+class Ids {
+public:
+    /// \param text  borrowed; must outlive the ids
+    explicit Ids(std::string_view text)
+    {
+        std::vector<std::string_view> recent(4096); // most ids are those of a few clips, again and again
+        visitIds(text, [&](std::string_view raw, bool isId) {
+            if (!isId) return;
+            std::string_view& last = recent[std::hash<std::string_view>{}(raw) % recent.size()];
+            if (std::exchange(last, raw) == raw) return;
+            const bool plain = raw.find('&') == std::string_view::npos;
+            sorted_.push_back(plain ? raw : std::string_view(decoded_.emplace_back(decoded(raw))));
+        });
+        std::ranges::sort(sorted_);
+        sorted_.erase(std::unique(sorted_.begin(), sorted_.end()), sorted_.end());
+    }
+
+    std::size_t size() const { return sorted_.size(); }
+    std::string_view operator[](std::size_t at) const { return sorted_[at]; }
+    /// Where an id is; nothing when it is not among them.
+    std::optional<std::size_t> find(std::string_view id) const
+    {
+        const auto at = std::ranges::lower_bound(sorted_, id);
+        if (at == sorted_.end() || *at != id) return std::nullopt;
+        return static_cast<std::size_t>(at - sorted_.begin());
+    }
+    bool contains(std::string_view id) const { return find(id).has_value(); }
+
+private:
+    std::deque<std::string> decoded_; // elements stay where they are
+    std::vector<std::string_view> sorted_;
+};
+
+std::string suffix(unsigned number)
 {
-    std::unordered_set<std::string> ids;
-    std::string_view last;
-    visitIds(text, [&](std::string_view raw, bool isId) {
-        if (isId && raw != last) ids.insert(decoded(raw));
-        last = raw;
-    });
-    return ids;
+    return " (" + std::to_string(number) + ")";
 }
 
 } // namespace
 
-std::string withOwnIds(std::string_view content, std::string_view existing)
+std::string withOwnIds(std::string content, std::string_view existing)
 {
-    std::unordered_set<std::string> taken = idsOf(existing);
-    const std::unordered_set<std::string> own = idsOf(content);
-    std::unordered_map<std::string, std::string> suffixes; // of the ids that are to be changed
-    for (const std::string& id : own) {
-        if (!taken.contains(id)) continue;
-        std::size_t number = 2;
-        std::string suffix;
+    const Ids own{content};
+    const Ids taken{existing};
+    std::vector<unsigned> numbers(own.size(), 0); // that each id gets at its end; 0 for none
+    for (std::size_t i = 0; i < own.size(); ++i) {
+        if (!taken.contains(own[i])) continue;
+        std::string changed;
+        numbers[i] = 1;
         do
-            suffix = " (" + std::to_string(number++) + ")";
-        while (taken.contains(id + suffix) || own.contains(id + suffix));
-        suffixes.emplace(id, suffix);
+            changed.assign(own[i]).append(suffix(++numbers[i]));
+        while (taken.contains(changed) || own.contains(changed));
     }
+    if (std::ranges::all_of(numbers, [](unsigned number) { return number == 0; })) return content;
     std::string changed;
-    if (suffixes.empty()) return changed = content;
     changed.reserve(content.size() + content.size() / 64);
-    const char* copied = content.data();
+    std::size_t copied = 0;
     visitIds(content, [&](std::string_view raw, bool) {
-        const auto suffix = suffixes.find(decoded(raw));
-        if (suffix == suffixes.end()) return;
-        const char* end = raw.data() + raw.size();
-        changed.append(copied, end).append(suffix->second);
+        const auto id = raw.find('&') == std::string_view::npos ? own.find(raw) : own.find(decoded(raw));
+        if (!id || numbers[*id] == 0) return;
+        const auto end = static_cast<std::size_t>(raw.data() - content.data()) + raw.size();
+        changed.append(content, copied, end - copied).append(suffix(numbers[*id]));
         copied = end;
     });
-    return changed.append(copied, content.data() + content.size());
+    return changed.append(content, copied);
 }
 
 } // namespace zanfcp

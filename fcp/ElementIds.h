@@ -9,7 +9,7 @@ namespace zanfcp {
 /// end, together with what refers to them (elements of the same id, masterclipid, subclipmasterid, linkclipref). Two
 /// documents that were made apart can so stand in one.
 /// \param content   well-formed, as ProjectLayout finds it
-/// \param existing  well-formed; the ids of all its elements are taken
-std::string withOwnIds(std::string_view content, std::string_view existing);
+/// \param existing  the same of the document that it goes to; the ids of all its elements are taken
+std::string withOwnIds(std::string content, std::string_view existing);
 
 } // namespace zanfcp

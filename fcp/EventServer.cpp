@@ -147,14 +147,13 @@ Status EventServer::run()
         waits.push_back({-1, POLLIN, 0}); // the listener, once it is known whether there is room
         waiting.clear();
         for (auto client = clients_.begin(); client != clients_.end();) {
-            const bool gone = !client->connection || (stopping && !client->answer);
-            if (!gone && now - client->progress < settings_.idle) {
-                wakeAt = std::min(wakeAt, client->progress + settings_.idle);
-                waits.push_back({client->connection.value(), static_cast<short>(client->answer ? POLLOUT : POLLIN), 0});
-                waiting.push_back(client++);
+            if (!client->connection || (stopping && !client->answer)) {
+                client = clients_.erase(client);
                 continue;
             }
-            client = clients_.erase(client);
+            wakeAt = std::min(wakeAt, client->progress + settings_.idle);
+            waits.push_back({client->connection.value(), static_cast<short>(client->answer ? POLLOUT : POLLIN), 0});
+            waiting.push_back(client++);
         }
         if (stopping && (clients_.empty() || now >= *stopAt)) break;
         if (!stopping && !acceptPaused_ && clients_.size() < settings_.clients) waits[1].fd = listener_.value();
@@ -163,11 +162,14 @@ Status EventServer::run()
         const int ready = ::poll(waits.data(), waits.size(), static_cast<int>(std::max<std::int64_t>(wait, 0)));
         if (ready < 0 && errno != EINTR) return refused("could not wait on", settings_.socketPath, errno);
         acceptPaused_ = false;
-        if (ready <= 0) continue;
+        if (ready < 0) continue;
+        const auto idleSince = Clock::now() - settings_.idle;
         for (std::size_t i = 0; i < waiting.size(); ++i) {
-            if (waits[i + 2].revents == 0) continue;
             Client& client = *waiting[i];
-            if (client.answer) {
+            if (waits[i + 2].revents == 0) {
+                // Only now: what it sent may have waited for the answer to another's event.
+                if (client.progress <= idleSince) client.connection.reset();
+            } else if (client.answer) {
                 flush(client);
                 process(client); // of what arrived behind the event that is answered now
             } else {

@@ -9,6 +9,7 @@
 #include <libxml/parserInternals.h>
 #include <memory>
 #include <optional>
+#include <utility>
 
 namespace zanfcp {
 namespace {
@@ -55,9 +56,7 @@ Scan& scanOf(void* context)
 bool isUTF8(const xmlParserCtxt& parser)
 {
     for (const xmlChar* name : {parser.encoding, parser.input->encoding})
-        if (name != nullptr && xmlStrcasecmp(name, BAD_CAST "UTF-8") != 0 &&
-            xmlStrcasecmp(name, BAD_CAST "US-ASCII") != 0)
-            return false;
+        if (name != nullptr && xmlStrcasecmp(name, BAD_CAST "UTF-8") != 0) return false;
     return true;
 }
 
@@ -201,7 +200,8 @@ Result<std::string> appendToProject(std::string_view project, const ProjectLayou
         from = end;
     }
     content += added.substr(from, addedLayout.contentEnd - from);
-    content = withOwnIds(content, project);
+    content =
+        withOwnIds(std::move(content), project.substr(layout.contentBegin, layout.contentEnd - layout.contentBegin));
 
     std::string joined;
     joined.reserve(project.size() + content.size() + 16);

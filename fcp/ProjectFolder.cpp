@@ -29,9 +29,7 @@ Error systemError(const std::string& what, int code)
 
 Refusal refusedBySystem(const std::string& what, int code)
 {
-    const OSStatus status = code == ENOENT                    ? EventStatus::fnfErr
-                            : code == EACCES || code == EPERM ? EventStatus::permErr
-                                                              : EventStatus::ioErr;
+    const OSStatus status = code == ENOENT ? EventStatus::fnfErr : EventStatus::ioErr;
     return {.code = status, .reason = what + ": " + std::strerror(code)};
 }
 
@@ -225,12 +223,22 @@ Granted<std::string> readProjectFile(const ProjectFolder::Place& place, std::siz
 
 Refused writeProjectFile(const ProjectFolder::Place& place, std::string_view bytes)
 {
-    Result<AtomicFile> file = AtomicFile::create(pathThroughDescriptor(place));
+    const std::string path = pathThroughDescriptor(place);
+    Result<AtomicFile> file = AtomicFile::create(path, AtomicFile::Others::refuse);
     Status written = file ? file->write(bytes) : Status(file.error());
     if (written) written = file->commit();
-    if (written) return std::nullopt;
-    const OSStatus code = written.error().fault == Fault::limit ? EventStatus::dskFulErr : EventStatus::ioErr;
-    return Refusal{code, place.key + ": " + written.error().what};
+    if (!written) {
+        const OSStatus code = written.error().fault == Fault::limit ? EventStatus::dskFulErr : EventStatus::ioErr;
+        std::string reason = written.error().what;
+        if (const std::size_t at = reason.find(path); at != std::string::npos)
+            reason.replace(at, path.size(), place.key);
+        return Refusal{code, std::move(reason)};
+    }
+    // The new name is in the folder, which is another file to the disk.
+    const FileDescriptor folder{::openat(place.folder.value(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC)};
+    if (folder && ::fsync(folder.value()) != 0 && errno == EIO)
+        return refusedBySystem("could not flush " + place.key, EIO);
+    return std::nullopt;
 }
 
 Refused removeProjectFile(const ProjectFolder::Place& place)

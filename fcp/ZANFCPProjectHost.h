@@ -36,7 +36,8 @@ public:
     ZANFCPProjectHost(const ZANFCPProjectHost&) = delete;
     ZANFCPProjectHost& operator=(const ZANFCPProjectHost&) = delete;
 
-    /// Answers events on the calling thread until told to stop; replies that are on their way are sent to their end.
+    /// Answers events on the calling thread until told to stop; replies that are on their way have five seconds to
+    /// be read.
     /// \return an Error (io) when the operating system does not let it go on
     Status run();
     /// Makes `run` return. May be called from any thread and from a signal handler.

@@ -27,6 +27,10 @@ inline constexpr std::size_t kMaxPartitions = 100'000;
 /// KLVs looked at, one after the other, in search of a partition in a file that does not list them.
 inline constexpr int kMaxKlvsWalked = 4096;
 
+/// KLVs of essence stepped over at one look at a file that does not say how long it is: some hundred hours of frames.
+/// The next look goes on from there.
+inline constexpr int kMaxEssenceKlvsALook = 10'000'000;
+
 /// Fill items, and index table segments that the pack does not count, stepped over at one place.
 inline constexpr int kMaxFillsInARow = 16;
 inline constexpr int kMaxIndexSegmentsInARow = 4096;
@@ -48,9 +52,21 @@ inline constexpr std::size_t kMaxNotedRuns = 4096;
 /// One step of an allocation for data whose real size is not known.
 inline constexpr std::size_t kReadStepBytes = std::size_t{1} << 20;
 
+/// Items of one set: no set has more tags.
+inline constexpr std::size_t kMaxItemsOfASet = 65'536;
+
 /// How deep sets may own sets. A preface owns a track's timecode through four others; descriptive
 /// frameworks reach seven or eight.
 inline constexpr int kMaxReferenceDepth = 32;
+
+/// Macroblocks across and down an AVC picture: 65,536 samples. The highest level allows a quarter of that.
+inline constexpr std::uint32_t kMaxAvcMacroblocksAcross = 4096;
+
+/// One AVC parameter set. The largest one with a meaning, a map of slice groups at the highest level, has 52 kB.
+inline constexpr std::size_t kMaxAvcParameterSetBytes = 65'535;
+
+/// AVC pictures that wait for their place in presentation order. Encoders put 16 at most between two others.
+inline constexpr std::size_t kMaxAvcPicturesWaiting = 128;
 
 /// How many packages a chain from a clip back to its tape may pass.
 inline constexpr int kMaxPackageChain = 64;

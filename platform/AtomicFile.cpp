@@ -86,15 +86,17 @@ AtomicFile::~AtomicFile()
     if (!temporary_.empty()) ::unlink(temporary_.c_str());
 }
 
-Result<AtomicFile> AtomicFile::create(const std::string& path)
+Result<AtomicFile> AtomicFile::create(const std::string& path, Others others)
 {
     if (path.empty()) return systemError("create", path, ENOENT);
-    Result<std::string> target = followLinks(path);
+    const bool follows = others == Others::follow;
+    Result<std::string> target = follows ? followLinks(path) : Result<std::string>(path);
     if (!target) return target.error();
     struct stat existing {};
-    const bool exists = ::stat(path.c_str(), &existing) == 0;
+    const bool exists = (follows ? ::stat(path.c_str(), &existing) : ::lstat(path.c_str(), &existing)) == 0;
     if (exists) {
         if (S_ISDIR(existing.st_mode)) return systemError("write", path, EISDIR);
+        if (!follows && !S_ISREG(existing.st_mode)) return systemError("write", path, ELOOP);
         if (!S_ISREG(existing.st_mode)) {
             FileDescriptor device{::open(path.c_str(), O_WRONLY | O_CLOEXEC)};
             if (!device) return systemError("open", path, errno);

@@ -15,8 +15,12 @@ namespace zanfcp {
 /// is replaced, or made.
 class AtomicFile {
 public:
-    /// \return the open file, or an Error: notFound (no such folder), limit (no space), io (no permission, a folder)
-    static Result<AtomicFile> create(const std::string& path);
+    /// What becomes of a symbolic link, or of anything else that is no regular file, at the path.
+    enum class Others { follow, refuse };
+
+    /// \return the open file, or an Error: notFound (no such folder), limit (no space), io (no permission, a folder,
+    ///         what is to be refused)
+    static Result<AtomicFile> create(const std::string& path, Others others = Others::follow);
 
     AtomicFile(AtomicFile&&) noexcept;
     AtomicFile& operator=(AtomicFile&&) = delete;

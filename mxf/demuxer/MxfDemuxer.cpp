@@ -81,6 +81,8 @@ void CMxfDemuxer::Close()
     offsets_ = {};
     leaders_ = {};
     streams_ = {};
+    walk_.reset();
+    wasAsked_ = false;
     duration_ = {};
     startTimecode_ = {};
     model_ = {};
@@ -253,7 +255,45 @@ void CMxfDemuxer::SetOffsets()
 
 void CMxfDemuxer::CalculateDuration()
 {
-    duration_ = TamrelMxf::CalculateDuration(model_, {.index = IndexExtent()});
+    duration_ = TamrelMxf::CalculateDuration(model_);
+    if (duration_.editUnits <= 0) duration_ = TamrelMxf::CalculateDuration(model_, SourcesBesideHeader());
+}
+
+/// What knows the duration when the header metadata does not; `model_` has that of the footer already. Asked only then,
+/// as it may have to read far into the file.
+SDurationSources CMxfDemuxer::SourcesBesideHeader()
+{
+    SDurationSources sources{.index = IndexExtent()};
+    if (!sources.index || sources.index->editUnits <= 0) sources.essence = MeasureEssence();
+    return sources;
+}
+
+std::optional<SEssenceExtent> CMxfDemuxer::MeasureEssence()
+{
+    const auto first = [&](EDataKind kind) {
+        return std::ranges::find_if(streams_, [&](const auto& s) { return s.kind == kind && s.IsInFile(); });
+    };
+    auto link = first(EDataKind::picture);
+    if (link == streams_.end()) link = first(EDataKind::sound);
+    if (link == streams_.end()) return std::nullopt;
+    const auto stream = static_cast<std::size_t>(link - streams_.begin());
+    const SStreamFormat& format = formats_[stream];
+    if (!walk_ || walkedStream_ != stream) walk_.emplace(format.bodySid, format.trackNumber);
+    walkedStream_ = stream;
+    const CEssenceWalk::SExtent there = walk_->Look(*source_, Dict(), *scanner_.HeaderPartition());
+
+    constexpr std::uint32_t kSoundItem = 0x16; // others hold more than samples
+    const bool isSamples = format.essenceKind == EEssenceKind::pcm && format.trackNumber >> 24 == kSoundItem;
+    const bool isSound = link->descriptor != nullptr && link->descriptor->sound;
+    if (isSamples && isSound && format.blockAlign > 0 && link->descriptor->sound->samplingRate)
+        return SEssenceExtent{there.bytes / format.blockAlign, *link->descriptor->sound->samplingRate};
+    // One element may be a frame or everything there is, and the bytes of a frame are not known.
+    const SUl& pattern = scanner_.HeaderPartition()->operationalPattern;
+    const bool isOneForAll = format.wrapping == EWrapping::clip || ParseOperationalPattern(pattern).IsAtom();
+    if (there.elements <= (isOneForAll ? 1 : 0)) return std::nullopt;
+    const std::int64_t units = there.elements / (format.wrapping == EWrapping::field ? 2 : 1);
+    return SEssenceExtent{std::max<std::int64_t>(units - std::max<std::int64_t>(offsets_[stream], 0), 0),
+                          format.editRate};
 }
 
 bool CMxfDemuxer::IsMxfComplete()
@@ -285,6 +325,17 @@ void CMxfDemuxer::ScanFooter(const CPartitionPack& footer)
     LinkEverything();
 }
 
+/// \return true when the header partition says something else than before
+bool CMxfDemuxer::RefreshHeader()
+{
+    if (scanner_.HeaderPartition()->IsClosedComplete() || !scanner_.RefreshHeader()) return false;
+    SHeaderModel fresh = BuildHeaderModel(ReadHeaderSets(scanner_.Metadata()));
+    if (LinkStreams(fresh).empty()) return false; // caught in the middle of it
+    model_ = std::move(fresh);
+    LinkEverything();
+    return true;
+}
+
 int CMxfDemuxer::GetFileInfo(mxf_file_info* info)
 {
     if (info == nullptr) return kNullArgument;
@@ -293,10 +344,11 @@ int CMxfDemuxer::GetFileInfo(mxf_file_info* info)
     if (info->file_size == size) return kSuccess;
 
     *info = {};
-    if (!reader_.IsComplete()) {
-        reader_.SetComplete(IsMxfComplete());
-        CalculateDuration();
-    }
+    const bool wasComplete = reader_.IsComplete();
+    if (!wasComplete) reader_.SetComplete(IsMxfComplete());
+    // Some writers fill in the header when they close the file, and leave the footer bare.
+    const bool isRefreshed = std::exchange(wasAsked_, true) && RefreshHeader();
+    if (!wasComplete || isRefreshed) CalculateDuration();
     const CPartitionPack& header = *scanner_.HeaderPartition();
     const SStartTimecode& timecode = startTimecode_;
     const SMarks marks = FindMarks(model_);

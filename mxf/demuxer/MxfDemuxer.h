@@ -11,6 +11,7 @@
 #include "../model/Links.h"
 #include "../model/StreamFormat.h"
 #include "../model/Timing.h"
+#include "EssenceWalk.h"
 #include "Records.h"
 #include "StreamGroups.h"
 
@@ -39,7 +40,8 @@ public:
     virtual bool IsMxfComplete();
     /// Works out how many edit units of essence lie in front of the first one that is played, for every stream.
     virtual void SetOffsets();
-    /// Works out the duration from the header metadata as it is known now.
+    /// Works out the duration from what is known now: the header metadata, that of the footer included, or else what
+    /// there is of the essence.
     virtual void CalculateDuration();
     virtual ~CMxfDemuxer();
     /// Releases everything that belongs to the open file, the source included.
@@ -123,6 +125,9 @@ private:
     int OpenSource();
     void LinkEverything();
     void ScanFooter(const CPartitionPack& footer);
+    bool RefreshHeader();
+    SDurationSources SourcesBesideHeader();
+    std::optional<SEssenceExtent> MeasureEssence();
     CEssenceParser* FindParser(int file) const;
     std::uint32_t IndexValue();
     std::optional<SIndexExtent> IndexExtent();
@@ -142,6 +147,9 @@ private:
     std::vector<SStreamFormat> formats_; // of each stream
     std::vector<std::size_t> leaders_;   // the streams that the indexes of callers stand for
     std::unique_ptr<CFrameworkList> frameworks_;
+    std::optional<CEssenceWalk> walk_; // once the essence had to be measured
+    std::size_t walkedStream_ = 0;
+    bool wasAsked_ = false; // for the file information, since it was opened
     SDuration duration_;
     SStartTimecode startTimecode_;
     std::unique_ptr<CMxfIndexParser> index_; // when it is loaded on demand: once a parser needs it

@@ -127,10 +127,12 @@ std::optional<SIndexExtent> CMxfDemuxer::IndexExtent()
 {
     if (!index_) return std::nullopt;
     for (const EStreamType type : {EStreamType::picture, EStreamType::sound}) {
-        for (const SStreamFormat& format : formats_) {
+        for (std::size_t i = 0; i < formats_.size(); ++i) {
+            const SStreamFormat& format = formats_[i];
             if (format.type != type || format.indexSid == 0) continue;
-            const auto covered = index_->CoveredUnits(format.indexSid);
-            if (covered.value_or(0) > 0) return SIndexExtent{*covered, index_->EditRate(format.indexSid)};
+            const std::int64_t covered = index_->CoveredUnits(format.indexSid).value_or(0);
+            const std::int64_t played = covered - std::max<std::int64_t>(offsets_[i], 0);
+            if (played > 0) return SIndexExtent{played, index_->EditRate(format.indexSid)};
         }
     }
     return std::nullopt;

@@ -67,7 +67,7 @@ struct mxf_stream_format {
     std::uint8_t coding[16];            ///< label
     std::uint32_t wrapping;             ///< 0 unknown, 1 frame, 2 clip, 3 custom, 4 field, 5 line
     std::uint32_t codec;                ///< four-character code, the first character on top
-    char codec_name[64];                ///< NUL-terminated
+    char codec_name[144];               ///< NUL-terminated
     std::int32_t edit_rate_num;
     std::int32_t edit_rate_den;
     std::int64_t start_offset;      ///< edit units of the essence in front of the first one that is played

@@ -1,27 +1,32 @@
 #include "mxf/demuxer/StreamGroups.h"
 
 #include <algorithm>
-#include <map>
+#include <functional>
 #include <utility>
 
 namespace TamrelMxf {
 
 SStreamGroups JoinStreams(std::span<const SStreamLink> streams)
 {
+    // Streams side by side whose material track is the same, those of each track in their order.
+    std::vector<std::pair<const CMxfTrack*, std::size_t>> byTrack;
+    byTrack.reserve(streams.size());
+    for (std::size_t i = 0; i < streams.size(); ++i)
+        byTrack.emplace_back(streams[i].materialTrack, i);
+    std::ranges::sort(byTrack, [](const auto& a, const auto& b) {
+        return a.first == b.first ? a.second < b.second : std::less<>{}(a.first, b.first);
+    });
     std::vector<SStreamGroups::CGroup> groups;
-    std::map<const CMxfTrack*, std::size_t> groupOf; // by the material track
-    for (std::size_t i = 0; i < streams.size(); ++i) {
-        const CMxfTrack* played = streams[i].materialTrack;
-        const auto known = played == nullptr ? groupOf.end() : groupOf.find(played);
-        if (known != groupOf.end()) {
-            groups[known->second].push_back(i);
-            continue;
-        }
-        if (played != nullptr) groupOf.emplace(played, groups.size());
-        groups.push_back({i});
+    groups.reserve(streams.size());
+    for (std::size_t i = 0; i < byTrack.size(); ++i) {
+        const bool isNext = i > 0 && byTrack[i].first != nullptr && byTrack[i].first == byTrack[i - 1].first;
+        if (!isNext) groups.emplace_back();
+        groups.back().push_back(byTrack[i].second);
     }
+    std::ranges::sort(groups, {}, [](const auto& group) { return group.front(); });
 
     SStreamGroups joined;
+    joined.others.reserve(groups.size());
     for (SStreamGroups::CGroup& group : groups) {
         const EDataKind kind = streams[group.front()].kind;
         if (group.size() > 1 && kind == EDataKind::picture && joined.pictures.empty())
@@ -37,6 +42,7 @@ SStreamGroups JoinStreams(std::span<const SStreamLink> streams)
 std::vector<std::size_t> SStreamGroups::Leaders() const
 {
     std::vector<std::size_t> leaders;
+    leaders.reserve(others.size() + 2);
     for (const CGroup* group : {&pictures, &sounds})
         if (!group->empty()) leaders.push_back(group->front());
     const bool isJoined = !leaders.empty();

@@ -11,12 +11,6 @@ namespace {
 
 constexpr int kMostPartitionsInFront = 16;
 
-/// An element of a generic container (SMPTE ST 379): bytes 9 to 12 of its key.
-bool IsEssenceElement(const SUl& key)
-{
-    return key.IsSmpte() && key.bytes[4] == 0x01 && key.bytes[5] == 0x02 && key.Item() >> 32 == 0x0D010301;
-}
-
 /// The place of the first essence element of a stream, stepping from partition to partition. -1: not found
 std::int64_t FirstElement(CMediaSource& source, const CMxfUlDict& dict, const CPartitionPack& header,
                           std::uint32_t bodySid)
@@ -27,7 +21,7 @@ std::int64_t FirstElement(CMediaSource& source, const CMxfUlDict& dict, const CP
         const std::int64_t at = FindEssenceStart(source, extent);
         SKlvHeader klv;
         if (at <= extent.position || ReadKlvHeader(source, at, klv) != kSuccess) return -1;
-        if (IsEssenceElement(klv.key)) return partitionSid == bodySid ? at : -1;
+        if (Keys::IsEssenceElement(klv.key)) return partitionSid == bodySid ? at : -1;
         if (!Keys::IsPartitionPack(klv.key)) return -1;
         const auto next = ReadPartitionPackAt(source, dict, at);
         if (!next) return -1;
@@ -46,7 +40,7 @@ EWrapping WrappingAt(CMediaSource& source, std::int64_t at)
     const std::int64_t next = SkipFill(source, at + first.TotalSize());
     SKlvHeader second;
     if (next >= size || ReadKlvHeader(source, next, second) != kSuccess) return EWrapping::unknown;
-    return IsEssenceElement(second.key) ? EWrapping::frame : EWrapping::clip;
+    return Keys::IsEssenceElement(second.key) ? EWrapping::frame : EWrapping::clip;
 }
 
 } // namespace

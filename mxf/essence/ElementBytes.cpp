@@ -24,8 +24,9 @@ bool CElementBytes::IsKeyAt(std::int64_t position) const
     return header.Parse(context_->input.Peek(position, SKlvHeader::kProbeSize)) == kSuccess;
 }
 
-void CElementBytes::Append(const SEssenceKlv& klv)
+bool CElementBytes::Append(const SEssenceKlv& klv)
 {
+    if (parts_.size() >= kMaxWalkedUnits) return false;
     parts_.push_back({.begin = Size(),
                       .length = std::max<std::int64_t>(klv.length, 0),
                       .value = klv.value,
@@ -33,6 +34,7 @@ void CElementBytes::Append(const SEssenceKlv& klv)
                       .streamOffset = klv.streamOffset});
     isOpen_ = isEnded_ = false;
     Refresh();
+    return true;
 }
 
 void CElementBytes::Refresh()

@@ -28,7 +28,8 @@ public:
     explicit CElementBytes(const SEssenceContext& context) : context_{&context} {}
 
     /// Takes the KLV that a walker has found as the next element.
-    void Append(const SEssenceKlv& klv);
+    /// \return false when there are kMaxWalkedUnits already
+    bool Append(const SEssenceKlv& klv);
     /// True when the last element goes on for as long as the essence does: nothing follows it.
     bool IsOpen() const { return isOpen_; }
     /// True when the partition that ends an open element was met.

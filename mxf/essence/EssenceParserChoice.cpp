@@ -20,12 +20,36 @@ struct SLook {
     bool isPlain = true;    // an element of D-10 sound holds more than samples
 };
 
+/// The essence as far as it is there: a look at it waits for nothing.
+class CPresentInput final : public CEssenceInput {
+public:
+    explicit CPresentInput(CEssenceInput& input) : input_{&input} {}
+
+    std::span<const std::uint8_t> View(std::int64_t position, std::size_t count) override
+    {
+        return input_->Peek(position, count);
+    }
+    bool IsComplete() override { return input_->IsComplete(); }
+    std::int64_t Size() override { return input_->Size(); }
+    void Release(std::int64_t /*position*/) override {}
+
+private:
+    CEssenceInput* input_;
+};
+
 /// Looks at the beginning of a container, until one of its streams has a second element.
 /// \return true when that is all there is
 bool LookAt(const SEssenceContext& context, std::span<const SEssenceTrack> tracks, std::vector<SLook>& looks)
 {
     constexpr int kMostKlvs = 256;
-    CEssenceWalker walker{context, tracks.front().format.bodySid};
+    CPresentInput present{context.input};
+    const SEssenceContext quiet{.input = present,
+                                .dict = context.dict,
+                                .partitions = context.partitions,
+                                .index = context.index,
+                                .start = context.start,
+                                .logger = {}};
+    CEssenceWalker walker{quiet, tracks.front().format.bodySid};
     CTrackMatch match{tracks};
     for (int i = 0; i < kMostKlvs; ++i) {
         const auto step = walker.Next();

@@ -3,6 +3,7 @@
 #include "../klv/Klv.h"
 #include "EssenceParser.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <span>
 #include <utility>
@@ -52,6 +53,9 @@ public:
     /// Goes to a key whose place in the container is known.
     void GoTo(std::int64_t position, std::int64_t streamOffset);
     void GoToStart();
+
+    /// Damage is left behind without a word: for a second look at what is reported elsewhere.
+    void Silence() { damages_ = std::max(damages_, 1); }
 
     std::int64_t Position() const { return position_; }
     /// True once after damage was stepped over.

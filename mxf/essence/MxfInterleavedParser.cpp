@@ -14,7 +14,9 @@ CMxfInterleavedParser::CMxfInterleavedParser(const SEssenceContext& context, std
                                              bool canGoBack)
     : CEssenceParser{context, tracks, true}, reader_{context, BodySid(), IndexSid()}, match_{tracks},
       canGoBack_{canGoBack}, scout_{reader_}
-{}
+{
+    scout_.Silence();
+}
 
 CEssenceParser::SLane* CMxfInterleavedParser::LaneOf(const SEssenceKlv& klv)
 {
@@ -31,10 +33,12 @@ bool CMxfInterleavedParser::IsServed() const
 
 bool CMxfInterleavedParser::IsLast(const SLane& lane, const SPiece& piece)
 {
-    if (!Context().input.IsComplete()) return false;
-    const auto covered = Context().index != nullptr ? Context().index->CoveredUnits(IndexSid()) : std::nullopt;
-    if (covered.value_or(0) > 0) return piece.unit + 1 == *covered;
-    return lane.track.duration > 0 && piece.editUnit + piece.duration == lane.track.duration;
+    const std::int64_t stated = lane.track.duration;
+    const std::int64_t next = piece.editUnit + piece.duration;
+    if (next < stated || !Context().input.IsComplete()) return false;
+    if (!covered_) // asked only now: the answer takes all index tables
+        covered_ = Context().index == nullptr ? 0 : Context().index->CoveredUnits(IndexSid()).value_or(0);
+    return piece.unit < *covered_ ? piece.unit + 1 == *covered_ : next == stated;
 }
 
 int CMxfInterleavedParser::Push()
@@ -135,6 +139,7 @@ void CMxfInterleavedParser::Prime(std::int64_t unit)
     if (!isOrdered || FindIndexed(unit) || Walk(Lanes().front(), unit) == nullptr) return;
     const std::int64_t key = Walked().KeyFrameOf(unit);
     CPackageReader reader = reader_;
+    reader.Silence();
     reader.GoTo(
         {.unit = key, .position = Walked().Find(key)->position, .streamOffset = Walked().Find(key)->streamOffset});
     while (reader.Next() == EStep::found) {

@@ -44,8 +44,9 @@ private:
 
     CPackageReader reader_;
     CTrackMatch match_;
-    std::size_t served_ = 0;             // lanes that took their sample of the package at hand
-    std::vector<std::uint8_t> unpacked_; // samples of an element that holds more than them
+    std::size_t served_ = 0;              // lanes that took their sample of the package at hand
+    std::optional<std::int64_t> covered_; // edit units in the index tables
+    std::vector<std::uint8_t> unpacked_;  // samples of an element that holds more than them
 
     // where no index table leads
     bool canGoBack_;

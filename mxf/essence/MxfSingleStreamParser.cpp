@@ -66,7 +66,7 @@ CEssenceWalker::EStep CMxfSingleStreamParser::Extend(SRow& row, std::int64_t siz
         if (step == EStep::end) isWalked_ = true;
         if (step != EStep::found) return step;
         const auto lane = walker_.Klv().isSystem ? std::nullopt : match_.Find(walker_.Klv().key);
-        if (lane) rows_[*lane].bytes.Append(walker_.Klv());
+        if (lane && !rows_[*lane].bytes.Append(walker_.Klv())) isWalked_ = true;
         walker_.Skip();
     }
     return EStep::found;
@@ -76,8 +76,12 @@ CEssenceWalker::EStep CMxfSingleStreamParser::BeginOf(SLane& lane, std::int64_t 
 {
     SRow& row = RowOf(lane);
     if (!row.cutter) {
-        const EStep step = Extend(row, 1); // two elements, where there are, tell more than one
-        if (step != EStep::found && row.bytes.Parts().empty()) return step;
+        const EStep step = Extend(row, 0);
+        if (row.bytes.Parts().empty()) return step == EStep::found ? EStep::end : step;
+        // One element, or the first of several: a look behind it tells, where there is something by now.
+        const CElementBytes::SPart& first = row.bytes.Parts().front();
+        const auto behind = Context().input.Peek(first.value + first.length, SKlvHeader::kProbeSize);
+        if (!row.bytes.IsOpen() && behind.size() == SKlvHeader::kProbeSize) (void)Extend(row, row.bytes.Size());
         row.cutter = MakeUnitCutter(lane.track.format, Context().index, row.bytes);
     }
     for (;;) {

@@ -35,7 +35,15 @@ bool CPackageReader::IsNewPackage() const
 {
     if (!isOpen_ || seen_.size() >= kMostElements) return true;
     if (Klv().isSystem && hasElements_) return true;
-    return std::ranges::find(seen_, EssenceKeys::NumberOf(Klv().key)) != seen_.end();
+    const std::uint32_t number = EssenceKeys::NumberOf(Klv().key);
+    if (std::ranges::find(seen_, number) != seen_.end()) return true;
+    // Without system items nothing but the order of the elements tells that one of them begins a package.
+    return !hasSystemItems_ && !seen_.empty() && Rank(number) < Rank(seen_.back());
+}
+
+std::size_t CPackageReader::Rank(std::uint32_t number) const
+{
+    return static_cast<std::size_t>(std::ranges::find(order_, number) - order_.begin());
 }
 
 void CPackageReader::BeginPackage()
@@ -49,7 +57,10 @@ void CPackageReader::BeginPackage()
 
 void CPackageReader::Accept()
 {
-    seen_.push_back(EssenceKeys::NumberOf(Klv().key));
+    const std::uint32_t number = EssenceKeys::NumberOf(Klv().key);
+    seen_.push_back(number);
+    if (Rank(number) == order_.size() && order_.size() < kMostElements) order_.push_back(number);
+    hasSystemItems_ = hasSystemItems_ || Klv().isSystem;
     hasElements_ = hasElements_ || !Klv().isSystem;
     walker_.Skip();
     judged_ = -1;

@@ -2,6 +2,7 @@
 
 #include "EssenceWalker.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <vector>
@@ -16,7 +17,7 @@ struct SUnitPlace {
 };
 
 /// Counts the content packages of a container (SMPTE ST 379-1): each begins with its system item or, without one, with
-/// the first element that the package before it had already. So an element that is missing shifts no other.
+/// an element that does not come behind those of the package before it. So an element that is missing shifts no other.
 /// A copy goes its own way from the same place.
 class CPackageReader {
 public:
@@ -39,12 +40,14 @@ public:
 
     /// The number of the package at hand; -1 before the first one.
     std::int64_t Unit() const { return unit_; }
+    void Silence() { walker_.Silence(); }
     std::int64_t Position() const { return walker_.Position(); }
     /// Goes to where a package begins.
     void GoTo(const SUnitPlace& place);
 
 private:
     bool IsNewPackage() const;
+    std::size_t Rank(std::uint32_t number) const;
 
     const SEssenceContext* context_;
     std::uint32_t indexSid_;
@@ -56,6 +59,9 @@ private:
     bool isOpen_ = false;             // a package has begun
     bool hasElements_ = false;        // and has more than system items
     std::vector<std::uint32_t> seen_; // bytes 13 to 16 of its keys
+
+    bool hasSystemItems_ = false;      // of any package
+    std::vector<std::uint32_t> order_; // in which the keys of all packages came first
 };
 
 } // namespace TamrelMxf

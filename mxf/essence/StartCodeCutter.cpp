@@ -1,5 +1,7 @@
 #include "mxf/essence/StartCodeCutter.h"
 
+#include "mxf/Limits.h"
+
 #include <algorithm>
 #include <string_view>
 #include <utility>
@@ -64,7 +66,7 @@ std::optional<std::int64_t> CStartCodeCutter::Begin(CElementBytes& bytes, std::i
     if (begins_.empty()) begins_.push_back(0);
     while (std::cmp_greater_equal(unit, begins_.size())) {
         const auto view = bytes.View(searched_, kStep);
-        if (view.size() < kLookedAt) return std::nullopt;
+        if (view.size() < kLookedAt || begins_.size() >= kMaxWalkedUnits) return std::nullopt;
         const std::string_view text{reinterpret_cast<const char*>(view.data()), view.size()};
         std::size_t at = 0;
         for (; (at = text.find(kPrefix, at)) != std::string_view::npos && at + kLookedAt <= view.size(); at += 3) {

@@ -16,7 +16,7 @@ int CBufferedFileSource::Open(const char* path, int /*mode*/)
     if (path == nullptr) return -1;
     file_.reset(std::fopen(path, "rb"));
     if (!file_) return -1;
-    if (bufferSize_ != kDefaultBuffering) (void)ApplyBufferSize(); // a stream without its buffer still reads
+    if (bufferSize_ != kDefaultBuffering) (void)ApplyBufferSize(true); // a stream without its buffer still reads
     return 0;
 }
 
@@ -59,10 +59,10 @@ std::int64_t CBufferedFileSource::GetSize()
 int CBufferedFileSource::SetBufferSize(std::uint32_t size)
 {
     bufferSize_ = size;
-    return file_ ? ApplyBufferSize() : 0;
+    return file_ ? ApplyBufferSize(false) : 0;
 }
 
-int CBufferedFileSource::ApplyBufferSize()
+int CBufferedFileSource::ApplyBufferSize(bool isFresh)
 {
     std::unique_ptr<char[]> fresh;
     if (bufferSize_ != 0) {
@@ -70,7 +70,7 @@ int CBufferedFileSource::ApplyBufferSize()
         if (!fresh) return -1;
     }
     // Bytes that the old buffer read ahead are given up, so the place is noted and sought again.
-    const off_t position = ftello(file_.get());
+    const off_t position = isFresh ? -1 : ftello(file_.get());
     if (std::setvbuf(file_.get(), fresh.get(), fresh ? _IOFBF : _IONBF, bufferSize_) != 0) return -1;
     buffer_ = std::move(fresh);
     return position < 0 ? 0 : fseeko(file_.get(), position, SEEK_SET);
@@ -79,6 +79,8 @@ int CBufferedFileSource::ApplyBufferSize()
 std::unique_ptr<CBufferedFileSource2> CBufferedFileSource2::Create(const char* path, int mode)
 {
     std::unique_ptr<CBufferedFileSource2> source{new CBufferedFileSource2};
+    // The cache in front is buffer enough: nothing is read twice, nor kept of a file that is written anew meanwhile.
+    (void)source->CBufferedFileSource::SetBufferSize(0);
     if (source->Open(path, mode) != 0) return nullptr;
     return source;
 }

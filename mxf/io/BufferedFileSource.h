@@ -33,7 +33,7 @@ private:
     struct CloseFile {
         void operator()(std::FILE* file) const { std::fclose(file); }
     };
-    int ApplyBufferSize();
+    int ApplyBufferSize(bool isFresh);
 
     static constexpr std::uint32_t kDefaultBuffering = 1;
 

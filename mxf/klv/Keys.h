@@ -34,6 +34,12 @@ constexpr bool IsPartitionPack(const SUl& key)
     return HasPackPrefix(key) && key.bytes[12] == 0x01 && key.bytes[13] >= 0x02 && key.bytes[13] <= 0x04;
 }
 
+/// An element of a generic container (SMPTE ST 379-1): picture, sound, data or compound.
+constexpr bool IsEssenceElement(const SUl& key)
+{
+    return key.IsSmpte() && key.bytes[4] == 0x01 && key.bytes[5] == 0x02 && key.Item() >> 32 == 0x0D010301;
+}
+
 constexpr bool IsFill(const SUl& key)
 {
     return key.MatchesAnyVersion(kFill);

@@ -15,6 +15,9 @@ namespace {
 
 constexpr std::size_t kProbeBytes = 2048;
 constexpr std::size_t kProbeSlack = 1024;
+/// What the cache of a source has at hand after the first read of the probe, so that most headers cost one read.
+constexpr std::size_t kFirstStepBytes = 6143;
+constexpr std::size_t kUsualHeaderBytes = 16 * 1024;
 constexpr int kLeastBytes = 128;
 
 } // namespace
@@ -108,10 +111,12 @@ void CPartitionScanner::ReadMetadata()
     std::size_t end =
         at + static_cast<std::size_t>(std::min<std::uint64_t>(pack.extent.headerByteCount, kMaxHeaderMetadataBytes));
     // A file that ends as it should does not grow into a false count.
-    const std::int64_t left = reader_.Source()->GetSize() - probePosition_;
-    if (left >= 0 && end > static_cast<std::uint64_t>(left) &&
-        CRandomIndexPack::LoadFromEnd(*reader_.Source(), dict_, runInCorrection_, false))
-        end = static_cast<std::size_t>(left);
+    if (end > probe_.size()) {
+        const std::int64_t left = reader_.Source()->GetSize() - probePosition_;
+        if (left >= 0 && end > static_cast<std::uint64_t>(left) &&
+            CRandomIndexPack::LoadFromEnd(*reader_.Source(), dict_, runInCorrection_, false))
+            end = static_cast<std::size_t>(left);
+    }
     (void)EnsureProbe(end); // what is there is parsed, also of a file that was cut
     metadataEnd_ = std::min(end, probe_.size());
     metadataBegin_ = std::min(at, metadataEnd_);
@@ -130,6 +135,7 @@ std::int64_t CPartitionScanner::MetadataPosition() const
 int CPartitionScanner::ReadProbe(std::int64_t position, std::size_t count)
 {
     probePosition_ = position;
+    probe_.reserve(kUsualHeaderBytes);
     probe_.resize(count);
     const int got = reader_.ReadSource(probe_.data(), position, static_cast<int>(count));
     probe_.resize(static_cast<std::size_t>(std::max(got, 0)));
@@ -150,6 +156,7 @@ bool CPartitionScanner::EnsureProbe(std::size_t end)
             step = std::min(step + kProbeSlack, static_cast<std::size_t>(left));
         else
             step = std::min(step, std::max(static_cast<std::size_t>(left), kReadStepBytes));
+        if (have == kProbeBytes) step = std::min(step, kFirstStepBytes);
         probe_.resize(have + step);
         const int got = reader_.ReadSource(probe_.data() + have, from, static_cast<int>(step));
         probe_.resize(have + static_cast<std::size_t>(std::max(got, 0)));
@@ -227,6 +234,32 @@ int CPartitionScanner::ScanPartitions()
         if (!isLoaded) logger_.LogError("Cannot load index from partition at %.0f", static_cast<double>(position));
     }
     return kSuccess;
+}
+
+bool CPartitionScanner::RefreshHeader()
+{
+    CMediaSource* const source = reader_.Source();
+    if (source == nullptr || !header_ || header_->kind != EPartitionKind::header) return false;
+    if (const std::int32_t cache = source->GetBufferSize(); cache > 0) { // it holds what was there before
+        (void)source->SetBufferSize(0);
+        (void)source->SetBufferSize(static_cast<std::uint32_t>(cache));
+    }
+    const std::int64_t position = header_->extent.position;
+    auto pack = ReadPartitionPackAt(*source, dict_, position);
+    if (!pack || pack->kind != EPartitionKind::header || !pack->HasMetadata()) return false;
+    const std::int64_t left = source->GetSize() - position - pack->extent.packSize;
+    if (left <= 0 || pack->extent.headerByteCount > static_cast<std::uint64_t>(left)) return false;
+
+    const bool isFinal = pack->IsClosedComplete();
+    header_ = std::move(pack);
+    if (!isFinal && (chosen_ || (footer_ && footer_->HasMetadata()))) return false;
+    const auto known = Metadata();
+    const std::vector<std::uint8_t> before(known.begin(), known.end());
+    chosen_.reset();
+    if (ReadProbe(position, std::min(kProbeBytes, static_cast<std::size_t>(source->GetSize() - position))) < 0)
+        return false;
+    ReadMetadata();
+    return !std::ranges::equal(before, Metadata());
 }
 
 bool CPartitionScanner::IsMxfComplete()

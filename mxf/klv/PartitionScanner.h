@@ -72,6 +72,13 @@ public:
     /// A footer that the file does not reach yet is not looked for.
     bool IsMxfComplete();
 
+    /// Reads the header partition again, which a writer may have filled in since: mostly when it closed the file. Never
+    /// waits.
+    /// \return true when there is other header metadata than before: that of the header partition, unless better one
+    /// was
+    ///   found elsewhere already
+    bool RefreshHeader();
+
     /// The first partition pack of the file; null before it is found.
     const CPartitionPack* HeaderPartition() const { return header_.get(); }
     const CPartitionPack* FooterPartition() const { return footer_.get(); }

@@ -31,19 +31,25 @@ std::unique_ptr<CRandomIndexPack> CRandomIndexPack::LoadFromEnd(CMediaSource& so
     const std::int64_t size = source.GetSize();
     if (size < kShortestFile) return nullptr;
 
-    std::array<std::uint8_t, 4> overall{};
-    if (source.Seek(size - 4) != 0 || source.Read(overall.data(), overall.size()) != 4) return nullptr;
-    const auto length = zanfcp::ByteReader{std::as_bytes(std::span{overall})}.read<std::uint32_t>();
+    // Mostly the whole pack lies in the last bytes.
+    std::array<std::uint8_t, 512> room{};
+    const auto tail = std::span{room}.first(std::min(room.size(), static_cast<std::size_t>(size)));
+    const auto tailSize = static_cast<std::int64_t>(tail.size());
+    if (source.Seek(size - tailSize) != 0 || source.Read(tail.data(), tail.size()) != tailSize) return nullptr;
+    const auto length = zanfcp::ByteReader{std::as_bytes(tail.last(4))}.read<std::uint32_t>();
     if (length > size) return nullptr; // a negative place would mean the end to some sources
 
-    std::array<std::uint8_t, SUl::kSize> key{};
-    if (source.Seek(size - length) != 0 ||
-        source.Read(key.data(), key.size()) != static_cast<std::int64_t>(key.size()) ||
-        !SUl::From(key.data()).MatchesAnyVersion(Keys::kRandomIndexPack))
-        return nullptr;
-
     CKlv klv;
-    if (source.Seek(size - length) != 0 || klv.LoadFrom(&source) != kSuccess) return nullptr;
+    if (length <= tail.size()) {
+        if (klv.View(tail.last(length)) != kSuccess) return nullptr;
+    } else {
+        SKlvHeader header;
+        if (ReadKlvHeader(source, size - length, header) != kSuccess ||
+            !header.key.MatchesAnyVersion(Keys::kRandomIndexPack) || source.Seek(size - length) != 0 ||
+            klv.LoadFrom(&source) != kSuccess)
+            return nullptr;
+    }
+    if (!klv.Key().MatchesAnyVersion(Keys::kRandomIndexPack)) return nullptr;
     auto rip = std::make_unique<CRandomIndexPack>(&source, dict, runInCorrection);
     if (rip->ImportFromEx(&klv, listPartitions) != kSuccess) return nullptr;
     return rip;

@@ -21,13 +21,13 @@ std::uint64_t BigEndian(std::span<const std::uint8_t> bytes)
     return value;
 }
 
-struct SItemHeader {
+struct SLength {
     int result = kSuccess;
     std::uint64_t length = 0; ///< stated
     std::size_t size = 0;     ///< of tag and length field
 };
 
-SItemHeader ReadHeader(std::span<const std::uint8_t> data, std::uint8_t coding)
+SLength ReadLength(std::span<const std::uint8_t> data, std::uint8_t coding)
 {
     switch (static_cast<ESetCoding>(coding)) {
     case ESetCoding::tag2LengthBer: {
@@ -47,7 +47,7 @@ SItemHeader ReadHeader(std::span<const std::uint8_t> data, std::uint8_t coding)
     case ESetCoding::tag2Length2: break;
     }
     if (data.size() < 4) return {.result = kCutShort};
-    return {.length = BigEndian(data.subspan(2, 2)), .size = 4};
+    return {.length = static_cast<std::uint64_t>(data[2] << 8 | data[3]), .size = 4};
 }
 
 } // namespace
@@ -83,29 +83,55 @@ void CMetadataItem::Assign(std::span<const std::uint8_t> value)
     length_ = static_cast<std::uint32_t>(value.size());
 }
 
-int CMetadataItem::ImportFrom(std::span<const std::uint8_t> data, std::uint8_t coding)
+void CMetadataItem::Clear()
 {
-    *this = CMetadataItem{};
-    if (data.data() == nullptr) return kNullArgument;
-    const SItemHeader header = ReadHeader(data, coding);
-    if (header.result != kSuccess) return header.result;
+    tag_ = 0;
+    length_ = totalSize_ = 0;
+    exceedsStated_ = false;
+    long_.reset();
+}
 
-    const std::span<const std::uint8_t> rest = data.subspan(header.size);
-    if (header.length > rest.size() || header.length > std::numeric_limits<std::uint32_t>::max() - header.size)
+int CMetadataItem::ReadHeader(std::span<const std::uint8_t> data, std::uint8_t coding, SHeader& header)
+{
+    header = {};
+    if (data.data() == nullptr) return kNullArgument;
+    const SLength stated = ReadLength(data, coding);
+    if (stated.result != kSuccess) return stated.result;
+    const std::span<const std::uint8_t> rest = data.subspan(stated.size);
+    if (stated.length > rest.size() || stated.length > std::numeric_limits<std::uint32_t>::max() - stated.size)
         return kCutShort;
-    const auto tag = static_cast<std::uint16_t>(BigEndian(data.first(2)));
-    std::uint64_t length = header.length;
+
+    const auto tag = static_cast<std::uint16_t>(data[0] << 8 | data[1]);
+    std::uint64_t length = stated.length;
     if (tag == kIndexEntryArray && rest.size() >= kBatchHeader) {
         // At most (2^32 - 1)^2 + 8: no overflow.
         const std::uint64_t array = BigEndian(rest.first(4)) * BigEndian(rest.subspan(4, 4)) + kBatchHeader;
         if (array > length && array <= std::min<std::uint64_t>(rest.size(), std::numeric_limits<std::uint32_t>::max()))
             length = array;
     }
-    tag_ = tag;
-    totalSize_ = static_cast<std::uint32_t>(header.size + header.length);
-    exceedsStated_ = length > header.length;
-    Assign(rest.first(static_cast<std::size_t>(length)));
+    header.tag = tag;
+    header.totalSize = static_cast<std::uint32_t>(stated.size + stated.length);
+    header.valueStart = static_cast<std::uint32_t>(stated.size);
+    header.length = static_cast<std::uint32_t>(length);
+    header.exceedsStated = length > stated.length;
     return kSuccess;
+}
+
+int CMetadataItem::ImportFrom(std::span<const std::uint8_t> data, std::uint8_t coding)
+{
+    Clear();
+    SHeader header;
+    const int result = ReadHeader(data, coding, header);
+    if (result == kSuccess) ImportFrom(data, header);
+    return result;
+}
+
+void CMetadataItem::ImportFrom(std::span<const std::uint8_t> data, const SHeader& header)
+{
+    tag_ = header.tag;
+    totalSize_ = header.totalSize;
+    exceedsStated_ = header.exceedsStated;
+    Assign(data.subspan(header.valueStart, header.length));
 }
 
 } // namespace TamrelMxf

@@ -27,6 +27,17 @@ public:
     /// The local tag of the Index Entry Array of an index table segment.
     static constexpr std::uint16_t kIndexEntryArray = 0x3F0A;
 
+    /// What an item states in front of its value.
+    struct SHeader {
+        std::uint16_t tag = 0;
+        std::uint32_t totalSize = 0;  ///< tag, length field and stated length
+        std::uint32_t valueStart = 0; ///< bytes of tag and length field
+        std::uint32_t length = 0;     ///< of the value, beyond what is stated where an array says so
+        bool exceedsStated = false;
+    };
+    /// Reads the header of the item that starts at `data`. \return as ImportFrom
+    static int ReadHeader(std::span<const std::uint8_t> data, std::uint8_t coding, SHeader& header);
+
     /// Reads the item that starts at `data`; bytes after it are left alone.
     /// The length of an Index Entry Array is taken from its own entry count and size when these say more
     /// than the length field, and the bytes are there: a 2-byte length cannot describe a long array.
@@ -35,6 +46,8 @@ public:
     /// \return 0; -2 for null data; -9 when the item does not fit into `data`; -11 for an indefinite length
     ///   (a BER length byte of 80). After a failure the item is empty.
     int ImportFrom(std::span<const std::uint8_t> data, std::uint8_t coding);
+    /// The same for an item whose header is read already.
+    void ImportFrom(std::span<const std::uint8_t> data, const SHeader& header);
 
     std::uint16_t Tag() const { return tag_; }
     /// The bytes of the value.
@@ -46,6 +59,7 @@ public:
     std::span<const std::uint8_t> Value() const { return {long_ ? long_.get() : short_.data(), length_}; }
 
 private:
+    void Clear();
     void Assign(std::span<const std::uint8_t> value);
     void Take(CMetadataItem& other) noexcept;
 

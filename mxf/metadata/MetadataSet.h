@@ -5,15 +5,43 @@
 #include "Identifiers.h"
 #include "MetadataItem.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <map>
 #include <memory>
 #include <optional>
 #include <span>
+#include <utility>
 #include <vector>
 
 namespace TamrelMxf {
+
+/// Items in the order of their tags, in one piece of memory: a header has hundreds of sets of a few items each.
+class CItemMap {
+public:
+    using CEntry = std::pair<std::uint16_t, CMetadataItem>;
+    using const_iterator = std::vector<CEntry>::const_iterator;
+
+    const_iterator begin() const { return entries_.begin(); }
+    const_iterator end() const { return entries_.end(); }
+    std::size_t size() const { return entries_.size(); }
+    /// The first item whose tag is not below this one.
+    const_iterator lower_bound(std::uint16_t tag) const
+    {
+        return std::ranges::lower_bound(entries_, tag, {}, &CEntry::first);
+    }
+    const_iterator find(std::uint16_t tag) const
+    {
+        const auto found = lower_bound(tag);
+        return found != entries_.end() && found->first == tag ? found : entries_.end();
+    }
+
+private:
+    friend class CMetadataSet;
+    void Import(std::span<const std::uint8_t> value, std::uint8_t coding);
+
+    std::vector<CEntry> entries_; // each tag once
+};
 
 /// A local set of header metadata or an index table segment: its key and its items by local tag
 /// (SMPTE ST 336, ST 377-1). Every value is copied once, when the set is read.
@@ -31,7 +59,7 @@ public:
     /// and keeps those before it; of two items with the same tag the later one stays. Fewer than 5 bytes at the
     /// end are ignored.
     /// \param klv  borrowed for the call
-    /// \return 0; -2 for a null KLV; -3 for an empty value
+    /// \return 0; -1 for a value above kMaxKlvValueBytes; -2 for a null KLV; -3 for an empty value
     virtual int ImportFrom(const CKlv* klv);
 
     const SUl& Key() const { return key_; }
@@ -39,7 +67,7 @@ public:
     std::uint16_t Type() const { return static_cast<std::uint16_t>((key_.bytes[13] << 8) | key_.bytes[14]); }
 
     /// The items in the order of their tags.
-    const std::map<std::uint16_t, CMetadataItem>& Items() const { return items_; }
+    const CItemMap& Items() const { return items_; }
     std::size_t ItemCount() const { return items_.size(); }
     /// The item with this tag, or null; valid as long as the set is.
     const CMetadataItem* Find(std::uint16_t tag) const;
@@ -50,7 +78,7 @@ public:
 
 private:
     SUl key_;
-    std::map<std::uint16_t, CMetadataItem> items_;
+    CItemMap items_;
 };
 
 /// Sets in the order of the file, owned.

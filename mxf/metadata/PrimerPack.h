@@ -5,9 +5,9 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <map>
 #include <optional>
 #include <span>
+#include <utility>
 #include <vector>
 
 namespace TamrelMxf {
@@ -59,8 +59,9 @@ private:
     CPackImporter pack_;
     std::uint32_t entryCount_ = 0;
     std::uint32_t entrySize_ = 0;
-    std::map<std::uint64_t, std::uint16_t> dynamicTags_;
-    std::map<std::uint16_t, std::size_t> labels_; ///< offset of the label in the value
+    // both sorted, each key once
+    std::vector<std::pair<std::uint64_t, std::uint16_t>> dynamicTags_;
+    std::vector<std::pair<std::uint16_t, std::size_t>> labels_; ///< offset of the label in the value
 };
 
 } // namespace TamrelMxf

@@ -84,9 +84,10 @@ const SSetDef& SetOf(ESet set)
 const SSetDef* FindSet(const SUl& key)
 {
     const auto order = [](const SRegisteredUl& ul) { return std::tuple(ul.head & kWithoutCodingAndVersion, ul.item); };
-    const auto found =
-        EqualRange(kSetsByKey, order(Split(key)), [&](std::uint16_t index) { return order(kSets[index].key); });
-    return found.empty() ? nullptr : &kSets[found.front()];
+    const auto keyOf = [&](std::uint16_t index) { return order(kSets[index].key); };
+    const auto wanted = order(Split(key));
+    const auto found = std::ranges::lower_bound(kSetsByKey, wanted, {}, keyOf);
+    return found == std::ranges::end(kSetsByKey) || keyOf(*found) != wanted ? nullptr : &kSets[*found];
 }
 
 const SSetDef* FindSet(std::string_view name)

@@ -4,6 +4,8 @@
 #include "mxf/model/SetIndex.h"
 #include "mxf/model/SetReader.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -79,7 +81,9 @@ private:
 template <typename Record, typename Read>
 void CModelBuilder::ReadAll(const CSetReader& reader, SPropertyId id, ESet base, std::vector<Record>& out, Read read)
 {
+    constexpr std::size_t kUsual = 16; // more than that only when they are really there
     auto entries = ReferenceEntries(reader.Value(id));
+    out.reserve(std::min(entries.size() / SUUID::kSize, kUsual));
     for (; !entries.empty(); entries = entries.subspan(SUUID::kSize)) {
         const auto source = Take(SUUID::From(entries.data()), base);
         if (source.set != nullptr) read(out.emplace_back(), source);

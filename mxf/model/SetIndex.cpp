@@ -1,8 +1,17 @@
 #include "mxf/model/SetIndex.h"
 
 #include <algorithm>
+#include <optional>
 
 namespace TamrelMxf {
+
+CSetIndex::SEntry::SEntry(const SUUID& uid, std::uint32_t setIndex) : index{setIndex}
+{
+    for (std::size_t i = 0; i < 8; ++i) {
+        upper = upper << 8 | uid.bytes[i];
+        lower = lower << 8 | uid.bytes[i + 8];
+    }
+}
 
 CSetIndex::CSetIndex(const CMetadataArray& sets) : sets_{sets}, taken_(sets.Size())
 {
@@ -27,15 +36,16 @@ CSetIndex::SAnswer CSetIndex::Take(const SUUID& uid, ESet base)
 {
     constexpr int kMostNamesakes = 16; // of sets that share an Instance UID
 
-    auto entry = std::ranges::lower_bound(byUid_, std::pair{uid, std::uint32_t{0}});
+    const SEntry wanted{uid, 0};
+    auto entry = std::ranges::lower_bound(byUid_, wanted);
     SAnswer answer;
     std::optional<std::size_t> unknown;
-    for (int i = 0; i < kMostNamesakes && entry != byUid_.end() && entry->first == uid; ++i, ++entry) {
-        const SSetDef* definition = definitions_[entry->second];
+    for (int i = 0; i < kMostNamesakes && entry != byUid_.end() && entry->SharesUid(wanted); ++i, ++entry) {
+        const SSetDef* definition = definitions_[entry->index];
         if (definition == nullptr) {
-            if (!unknown) unknown = entry->second;
+            if (!unknown) unknown = entry->index;
         } else if (definition->Is(base)) {
-            answer = TakeAt(entry->second);
+            answer = TakeAt(entry->index);
             if (answer.result == EResult::found) return answer;
         } else if (answer.result == EResult::missing) {
             answer.result = EResult::wrongClass;

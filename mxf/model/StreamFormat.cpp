@@ -166,6 +166,7 @@ void DescribeMpeg(SStreamFormat& format, const SPictureDescriptor& picture)
 {
     constexpr std::uint64_t kMpegFamilies = 0x0401020201; // bytes 9 to 13
     constexpr std::uint8_t kMpeg1 = 0x10;
+    constexpr std::uint8_t kLastOfMainLevel = 2;
 
     format.profile = 2;
     if (format.coding.IsSmpte() && format.coding.Item() >> 24 == kMpegFamilies) {
@@ -175,6 +176,9 @@ void DescribeMpeg(SStreamFormat& format, const SPictureDescriptor& picture)
         else
             format.family = family;
     }
+    // Not in the standard: some writers put the label of main level on MPEG-2 of every size.
+    constexpr std::uint32_t kMainLevelWidth = 720;
+    if (format.family <= kLastOfMainLevel && format.width > kMainLevelWidth) format.family = 0;
     if (format.profile == 2 && format.family == 0 && picture.mpeg && picture.mpeg->profileAndLevel)
         format.family = MpegFamily(*picture.mpeg->profileAndLevel);
     if (format.profile == 2 && format.family == 0 && picture.verticalSubsampling) {

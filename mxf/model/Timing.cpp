@@ -222,9 +222,8 @@ SDuration CalculateDuration(const SHeaderModel& model, const SDurationSources& s
         const SDuration duration = scaled(sources.index->editUnits, sources.index->editRate, ESource::index);
         if (believe(duration)) return duration;
     }
-    if (const auto& essence = sources.essence; essence && essence->bytes >= 0 && essence->bytesPerEditUnit > 0) {
-        const SDuration duration =
-            scaled(essence->bytes / essence->bytesPerEditUnit, essence->editRate, ESource::essence);
+    if (sources.essence && sources.essence->editUnits >= 0) {
+        const SDuration duration = scaled(sources.essence->editUnits, sources.essence->editRate, ESource::essence);
         if (believe(duration)) return duration;
     }
     return zero.value_or(SDuration{.editRate = rate.value_or(SRational{})});

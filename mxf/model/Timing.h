@@ -16,10 +16,9 @@ struct SIndexExtent {
     std::int64_t editUnits = 0;
     SRational editRate;
 };
-/// What the bytes of a stream say when its edit units are all of one size.
+/// What the essence of a stream says by its size: whole edit units that are there.
 struct SEssenceExtent {
-    std::int64_t bytes = 0;
-    std::int64_t bytesPerEditUnit = 0;
+    std::int64_t editUnits = 0;
     SRational editRate;
 };
 

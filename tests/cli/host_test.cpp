@@ -74,8 +74,24 @@ TEST(Host, RefusalsSayWhatToDo)
         EXPECT_THAT(outcome.err, HasSubstr(c.message)) << c.line;
     }
     EXPECT_FALSE(std::filesystem::exists(folder.file("out.xml")));
-    EXPECT_EQ(zanfcp({"get", "--timeout", "0"}).status, 2);
-    EXPECT_EQ(zanfcp({"host"}).status, 2);
+    const std::vector<std::vector<std::string>> wrong = {
+        {"host"}, {"get", "--timeout", "0"}, {"get", "--timeout", "nan"}, {"get", "--timeout", "5s"}};
+    for (const auto& line : wrong)
+        EXPECT_EQ(zanfcp(line).status, 2) << line.back();
+}
+
+TEST(Host, EmptyNamesDoNotStandForTheCurrentProject)
+{
+    const TempFolder folder;
+    folder.write("a.xml", "<xmeml version=\"5\"/>");
+    const Outcome outcome =
+        besideHost(folder, "$ZANFCP send a.xml --socket $S\n"
+                           "for line in 'close --discard --project' 'send a.xml --project' save \\\n"
+                           "    'get --project' open send 'get --output'; do\n"
+                           "  $ZANFCP $line '' --socket $S; [ $? = 2 ] || exit 1\ndone\n"
+                           "$ZANFCP get --socket $S | cmp a.xml -");
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_EQ(zanfcp({"get", "--socket", std::string(200, 's')}).err.find("xmeml"), std::string::npos);
 }
 
 } // namespace

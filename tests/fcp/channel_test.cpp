@@ -145,6 +145,27 @@ TEST(Server, OtherUsersAreNotLetIn)
     EXPECT_EQ(log.errors(), std::vector{"EventServer: Refused a connection of user " + std::to_string(::geteuid())});
 }
 
+TEST(Server, EventThatWaitsForAnotherIsNoIdleClient)
+{
+    const test::TempFolder place;
+    auto server = EventServer::open({.socketPath = place.file("s"), .idle = 200ms}, [](const EventMessage& event) {
+        if (event.eventID == EventCode::importXML) std::this_thread::sleep_for(600ms);
+        return std::vector<EventMessage::Parameter>();
+    });
+    ASSERT_TRUE(server);
+    std::thread thread([&] { EXPECT_TRUE((*server)->run()); });
+    const FileDescriptor waiting = test::connectTo(place.file("s"));
+    const std::string event = bytesOf(test::event("eXML"));
+    ASSERT_TRUE(test::sendAll(waiting.value(), event.substr(0, 10))); // it is known to the server before the other
+    const FileDescriptor slow = test::connectTo(place.file("s"));
+    ASSERT_TRUE(test::sendAll(slow.value(), bytesOf(test::event("iXML"))));
+    std::this_thread::sleep_for(100ms);
+    ASSERT_TRUE(test::sendAll(waiting.value(), event.substr(10)));
+    EXPECT_EQ(test::errorNumberOf(test::receiveAll(waiting.value())), 0);
+    (*server)->stop();
+    thread.join();
+}
+
 TEST(Server, StopBeforeRunCounts)
 {
     const test::TempFolder place;

@@ -68,9 +68,18 @@ TEST(ProjectDocument, IdsThatBothDocumentsUseAreMadeDifferent)
         {"<clip id='a'/>", "<!--<clip id='a'/>--><![CDATA[<clip id='a'/>]]><?x id='a'?><clip uid='a'/>",
          "<!--<clip id='a'/>--><![CDATA[<clip id='a'/>]]><?x id='a'?><clip uid='a'/>"},
         {"<!--<clip id='a'/>-->", "<clip id='a'/>", "<clip id='a'/>"},
+        {"<clip id='a'/>", "<clip id='b'/><clip id='a'/><clip id='b'/><clip id='a'/>",
+         "<clip id='b'/><clip id='a (2)'/><clip id='b'/><clip id='a (2)'/>"},
     };
     for (const Case& c : cases)
         EXPECT_EQ(content(c.project, c.added), c.expected) << c.added;
+}
+
+TEST(ProjectDocument, DeclarationsOfTheProjectDoNotHideItsIds)
+{
+    const std::string project = "<!DOCTYPE xmeml [<!-- don't -->]><xmeml version=\"5\"><clip id='a'/>";
+    EXPECT_EQ(joined(project + "</xmeml>", "<xmeml version=\"5\"><file id='a'/></xmeml>"),
+              project + "<file id='a (2)'/></xmeml>");
 }
 
 TEST(ProjectDocument, LayoutOfLongDocumentsIsExact)
@@ -115,6 +124,8 @@ TEST(ProjectDocument, RefusesWhatIsNoProject)
         {"no version", "<xmeml/>", Fault::unsupported},
         {"version 4", "<xmeml version=\"4\"/>", Fault::unsupported},
         {"Latin-1", "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>" + valid, Fault::malformed},
+        {"ASCII, which could not take others' letters", "<?xml version=\"1.0\" encoding=\"US-ASCII\"?>" + valid,
+         Fault::malformed},
         {"UTF-16", std::string("<\0x\0m\0e\0m\0l\0/\0>\0", 16), Fault::malformed},
         {"wrong UTF-8", "<xmeml version=\"5\">\xC3(</xmeml>", Fault::malformed},
         {"NUL", std::string("<xmeml version=\"5\">\0</xmeml>", 28), Fault::malformed},

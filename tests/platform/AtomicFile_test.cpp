@@ -134,6 +134,22 @@ TEST(AtomicFile, SymbolicLinksAreFollowed)
     EXPECT_FALSE(AtomicFile::create(folder.file("circle")));
 }
 
+TEST(AtomicFile, LinksThatAreToBeRefusedAreNeverFollowed)
+{
+    const TempFolder folder;
+    fs::create_symlink(folder.write("outside", "old"), folder.path() / "link");
+    fs::create_symlink(folder.file("nowhere"), folder.path() / "dangling");
+    for (const char* name : {"link", "dangling"})
+        EXPECT_FALSE(AtomicFile::create(folder.file(name), AtomicFile::Others::refuse)) << name;
+    auto file = AtomicFile::create(folder.file("late"), AtomicFile::Others::refuse);
+    ASSERT_TRUE(file);
+    fs::create_symlink(folder.file("outside"), folder.path() / "late");
+    ASSERT_TRUE(file->write("new"));
+    ASSERT_TRUE(file->commit());
+    EXPECT_FALSE(fs::is_symlink(folder.path() / "late"));
+    EXPECT_EQ(readFile(folder.file("outside")), "old");
+}
+
 TEST(AtomicFile, LongNamesLeaveRoomForTheTemporaryOne)
 {
     const TempFolder folder;

@@ -1,6 +1,4 @@
 #include "tests/mxf/essence/EssenceFile.h"
-#include "tests/support/Ffmpeg.h"
-#include "tests/support/ShellTools.h"
 #include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>

@@ -105,6 +105,23 @@ TEST(MetadataSet, ReportsMissingInput)
     EXPECT_EQ(item.ImportFrom(indefinite, 0x13), -11);
 }
 
+TEST(MetadataSet, TagsComeInAnyOrderAndTheLaterOfTwoStays)
+{
+    const auto set = Import(KeyWithCoding(0x53), Hex("4B01 0001 01 3C0A 0001 02 4B01 0001 03 0202 0001 04"));
+    std::vector<int> tags;
+    for (const auto& [tag, item] : set->Items())
+        tags.push_back(tag);
+    EXPECT_EQ(tags, (std::vector<int>{0x0202, 0x3C0A, 0x4B01}));
+    EXPECT_EQ(Value(*set, 0x4B01), Bytes{3});
+
+    // A million empty items with descending tags take neither time nor memory for more than there are tags.
+    Bytes many;
+    for (std::uint32_t i = 0; i < 1'000'000; ++i)
+        for (const std::uint32_t byte : {(~i >> 8) & 0xFF, ~i & 0xFF, 0U, 0U})
+            many.push_back(static_cast<std::uint8_t>(byte));
+    EXPECT_EQ(Import(KeyWithCoding(0x53), many)->ItemCount(), 65'536U);
+}
+
 TEST(MetadataSet, FourBytesAreASetWithoutItems)
 {
     const auto set = Import(KeyWithCoding(0x53), Hex("3B05 0000"));

@@ -85,9 +85,10 @@ TEST(StreamFormat, CodingLabelsDecideKindFamilyAndCode)
     }
 }
 
-TEST(StreamFormat, MpegWithoutACodingLabelIsNamedByItsSequenceOrItsSamples)
+TEST(StreamFormat, MpegWithoutATrueCodingLabelIsNamedByItsSequenceOrItsSamples)
 {
     constexpr std::string_view kMpegStream = "06.0E.2B.34.04.01.01.02.0D.01.03.01.02.04.60.01";
+    constexpr std::string_view kMainLevel = "06.0E.2B.34.04.01.01.01.04.01.02.02.01.01.00.00";
     struct Case {
         const char* name;
         SPictureDescriptor picture;
@@ -101,6 +102,10 @@ TEST(StreamFormat, MpegWithoutACodingLabelIsNamedByItsSequenceOrItsSamples)
         {"4:2:0 of 1440", {.storedWidth = 1440, .horizontalSubsampling = 2, .verticalSubsampling = 2}, 3},
         {"4:2:0 of 720", {.storedWidth = 720, .horizontalSubsampling = 2, .verticalSubsampling = 2}, 1},
         {"nothing", {}, 0},
+        {"main level of 1920", {.coding = Label(kMainLevel), .storedWidth = 1920}, 0},
+        {"the same with a sequence header",
+         {.coding = Label(kMainLevel), .storedWidth = 1280, .mpeg = SMpegVideo{.profileAndLevel = 0x44}},
+         3},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);

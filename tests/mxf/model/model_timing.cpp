@@ -98,13 +98,12 @@ TEST(Duration, OtherSourcesHelpAnOpenHeader)
         ESource source;
     };
     const SIndexExtent index{.editUnits = 48048, .editRate = {48000, 1}};
-    const SEssenceExtent essence{.bytes = 1005, .bytesPerEditUnit = 100, .editRate = kNtsc};
+    const SEssenceExtent essence{.editUnits = 10, .editRate = kNtsc};
     const Case cases[] = {
         {"footer first", {.footer = &footer, .index = index, .essence = essence}, 90, ESource::footer},
         {"a footer that knows nothing", {.footer = &model, .index = index, .essence = essence}, 30, ESource::index},
-        {"whole edit units of essence", {.essence = essence}, 10, ESource::essence},
+        {"the size of the essence", {.essence = essence}, 10, ESource::essence},
         {"an empty index", {.index = SIndexExtent{0, kNtsc}, .essence = essence}, 10, ESource::essence},
-        {"edit units of no size", {.essence = SEssenceExtent{1000, 0, kNtsc}}, -1, ESource::none},
         {"an index without a rate", {.index = SIndexExtent{100, {0, 0}}}, -1, ESource::none},
     };
     for (const Case& c : cases) {
