@@ -37,7 +37,8 @@ ExitCode host(const Arguments& arguments, Console& console)
     ::sigaction(SIGTERM, &stop, nullptr);
     ::sigaction(SIGINT, &stop, nullptr);
     ::sigaction(SIGHUP, &stop, nullptr); // the terminal was closed
-    std::signal(SIGXFSZ, SIG_IGN); // a limit on file sizes is answered like a full disk
+    // A limit on file sizes is answered like a full disk.
+    std::signal(SIGXFSZ, SIG_IGN);
 
     console.note("keeping projects in " + arguments.projects + ", listening on " + arguments.socket + "\n");
     const Status ended = (*opened)->run();

@@ -270,6 +270,7 @@ SDurationSources CMxfDemuxer::SourcesBesideHeader()
 
 std::optional<SEssenceExtent> CMxfDemuxer::MeasureEssence()
 {
+    if (!source_) return std::nullopt; // the essence is delivered from elsewhere
     const auto first = [&](EDataKind kind) {
         return std::ranges::find_if(streams_, [&](const auto& s) { return s.kind == kind && s.IsInFile(); });
     };
