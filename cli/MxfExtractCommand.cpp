@@ -151,7 +151,8 @@ private:
         if (result == TamrelMxf::kNeedsData)
             console_.warning(arguments_.path + ": ends at " + time.labelAt(extractor.end()) +
                              " without a footer: it is still being written, or was cut off");
-        else if (extractor.end() < wanted)
+        else if (extractor.end() + std::max<std::int64_t>(time.editUnits(1), 1) <=
+                 wanted) // sound may end inside a frame
             console_.warning(arguments_.path + ": the essence ends at " + time.labelAt(extractor.end()) +
                              ", and the header promises it up to " + time.labelAt(wanted));
     }

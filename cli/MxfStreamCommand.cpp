@@ -17,6 +17,7 @@
 #include <fcntl.h>
 #include <memory>
 #include <mutex>
+#include <sys/stat.h>
 #include <thread>
 #include <vector>
 
@@ -40,6 +41,19 @@ struct Counter final : SMediaStream {
     }
     std::uint64_t samples = 0;
     std::uint64_t bytes = 0;
+};
+
+/// Passes samples on, and raises a flag when nothing more can be written.
+struct Writer final : SMediaStream {
+    Writer(StreamExtractor& target, std::atomic<bool>& flag) : extractor{target}, isFull{flag} {}
+    int TakeSample(const mxf_sample& sample) override
+    {
+        const int result = extractor.TakeSample(sample);
+        if (extractor.isDone()) isFull = true;
+        return result;
+    }
+    StreamExtractor& extractor;
+    std::atomic<bool>& isFull;
 };
 
 std::string patternText(std::uint32_t pattern)
@@ -79,8 +93,10 @@ private:
     bool pushAll(TamrelMxf::SMemoryStream& stream, int descriptor)
     {
         std::vector<unsigned char> slice(kSliceBytes);
-        Progress progress{console_, name_, 0};
-        while (!isStopped_) {
+        struct stat info {};
+        const bool isFile = ::fstat(descriptor, &info) == 0 && S_ISREG(info.st_mode);
+        Progress progress{console_, name_, isFile ? std::int64_t{info.st_size} : 0};
+        while (!isStopped_ && !isFull_) {
             const ssize_t count = ::read(descriptor, slice.data(), slice.size());
             if (count < 0 && errno == EINTR) continue;
             if (count < 0) {
@@ -93,7 +109,7 @@ private:
                 std::this_thread::sleep_for(std::chrono::milliseconds{1}); // until there is room
             if (arguments_.extraction.output.empty()) continue;
             const std::lock_guard lock{mutex_};
-            progress.update(0, pushed_);
+            progress.update(static_cast<std::int64_t>(pushed_), pushed_);
         }
         return true;
     }
@@ -162,8 +178,9 @@ private:
             }
             time_ = std::make_unique<ClipTime>(info, formats[static_cast<std::size_t>(arguments_.extraction.stream)]);
             extractor_ = std::make_unique<StreamExtractor>(*std::move(output), *plan, ExtractedRange{});
+            writer_ = std::make_unique<Writer>(*extractor_, isFull_);
         }
-        if (mxfDemuxStreamAddStream(demuxer_.get(), arguments_.extraction.stream, extractor_.get()) == 0) return true;
+        if (mxfDemuxStreamAddStream(demuxer_.get(), arguments_.extraction.stream, writer_.get()) == 0) return true;
         const std::lock_guard lock{mutex_};
         fail("stream " + std::to_string(arguments_.extraction.stream) +
              " lies in another container than the one that is delivered while a file comes in");
@@ -178,7 +195,7 @@ private:
         if (!hasBegun_)
             return fail(pushed_ == 0 ? "is empty"
                                      : "holds no MXF header among its " + std::to_string(pushed_) + " bytes");
-        if (!hasEnded_)
+        if (!hasEnded_ && !isFull_)
             console_.warning(name_ + ": ends without a random index pack: it was cut off, or never had one");
         for (std::size_t stream = 0; stream < counters_.size(); ++stream)
             tell("stream " + std::to_string(stream) + ": " + std::to_string(counters_[stream].samples) + " samples, " +
@@ -222,10 +239,12 @@ private:
     std::uint64_t pushed_ = 0;
     bool hasBegun_ = false;
     bool hasEnded_ = false;
-    std::atomic<bool> isStopped_{false};
+    std::atomic<bool> isStopped_{false}; // by a failure that has been reported
+    std::atomic<bool> isFull_{false};    // nothing more can be written
     std::vector<Counter> counters_;
     std::unique_ptr<ClipTime> time_;
     std::unique_ptr<StreamExtractor> extractor_;
+    std::unique_ptr<Writer> writer_;
     std::unique_ptr<TamrelMxf::CMxfStreamDemuxer, void (*)(TamrelMxf::CMxfStreamDemuxer*)> demuxer_; // first to go
 };
 
