@@ -24,7 +24,7 @@
 namespace zanfcp::cli {
 namespace {
 
-constexpr std::size_t kSliceBytes = std::size_t{1} << 20; ///< smaller ones cost more changes of thread than they save
+constexpr std::size_t kSliceBytes = std::size_t{2} << 20; ///< smaller ones cost more changes of thread than they save
 
 struct Arguments {
     std::string path;
@@ -271,7 +271,8 @@ ExitCode stream(const Arguments& arguments, Console& console)
         return kFailed;
     }
     const int descriptor = isStandard ? STDIN_FILENO : opened.value();
-    (void)::fcntl(descriptor, F_SETPIPE_SZ, static_cast<int>(kSliceBytes)); // nothing but a pipe heeds it
+    constexpr int kPipeBytes = 1 << 20;                  // as much as anybody may ask for
+    (void)::fcntl(descriptor, F_SETPIPE_SZ, kPipeBytes); // nothing but a pipe heeds it
     return Session{arguments, console}.run(descriptor);
 }
 
