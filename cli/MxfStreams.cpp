@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <array>
-#include <ranges>
 
 namespace zanfcp::cli {
 namespace {
@@ -74,9 +73,7 @@ std::string hindrance(const mxf_stream_format& format)
     // SMPTE ST 429-6: the container label of encrypted essence, from its ninth byte on.
     constexpr auto kEncrypted = std::to_array<std::uint8_t>({0x0D, 0x01, 0x03, 0x01, 0x02, 0x0B});
     if (format.body_sid == 0) return "is not in this file: its essence lies in another one";
-    if (std::ranges::equal(kEncrypted, std::to_array(format.essence_container) | std::views::drop(8) |
-                                           std::views::take(kEncrypted.size())))
-        return "is encrypted";
+    if (std::equal(kEncrypted.begin(), kEncrypted.end(), format.essence_container + 8)) return "is encrypted";
     return {};
 }
 
