@@ -15,6 +15,13 @@ using TamrelMxf::EEssenceKind;
 
 constexpr std::size_t kMaxPendingBytes = std::size_t{256} << 20;
 
+/// From `a` to a later `b`, as far as that can be said: damaged files play at any time.
+std::int64_t distance(std::int64_t a, std::int64_t b)
+{
+    std::int64_t result = 0;
+    return __builtin_sub_overflow(b, a, &result) ? std::numeric_limits<std::int64_t>::max() : result;
+}
+
 Error noWav(const std::string& why)
 {
     return Error{.fault = Fault::unsupported, .what = why};
@@ -86,8 +93,8 @@ int StreamExtractor::TakeSample(const mxf_sample& sample)
     const std::int64_t size = isDivisible ? sample.size / sample.duration : 0;
     std::int64_t first = 0, last = sample.duration;
     if (isDivisible) {
-        first = range_.from > sample.pts ? std::min(range_.from - sample.pts, sample.duration) : 0;
-        last = range_.to - sample.pts < sample.duration ? range_.to - sample.pts : sample.duration;
+        first = range_.from > sample.pts ? std::min(distance(sample.pts, range_.from), sample.duration) : 0;
+        last = std::min(distance(sample.pts, range_.to), sample.duration);
         bytes = bytes.subspan(static_cast<std::size_t>(first * size), static_cast<std::size_t>((last - first) * size));
     } else if (range_.isExact && sample.pts < range_.from) {
         return 0;

@@ -64,6 +64,10 @@ TEST(StreamExtractor, SeveralEditUnitsOfSoundAreCutToTheRange)
     EXPECT_EQ(extract({}, {.from = 1, .to = 3}, units), "bbcc");
     EXPECT_EQ(extract({}, {.from = 3, .to = 5}, units), "ddee");
     EXPECT_EQ(extract({}, {.from = 5}, units), "ffgghhiijj");
+    // In front of the first one that is played, and before all time.
+    constexpr std::int64_t kLeast = std::numeric_limits<std::int64_t>::min();
+    EXPECT_EQ(extract({}, {}, {{0, -2, -2, 2, "aabb"}, {2, 0, 0, 2, "ccdd"}}), "aabbccdd");
+    EXPECT_EQ(extract({}, {.from = 5}, {{0, kLeast, kLeast, 2, "aabb"}}), "");
 }
 
 TEST(StreamExtractor, WavSamplesKeepTheirOrderAndTheirChannels)
