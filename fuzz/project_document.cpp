@@ -5,7 +5,8 @@
 #include <cstdlib>
 #include <string_view>
 
-// Two documents, with a NUL between them. Whatever is taken as a project must still be one when another is joined to it.
+// Two documents, with a NUL between them. Whatever is taken as a project must still be one when another is joined to
+// it.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     const std::string_view bytes{reinterpret_cast<const char*>(data), size};

@@ -77,7 +77,8 @@ inline constexpr std::size_t kMaxFrameworkTexts = 65'536;
 /// Broken references that are kept for a report; the rest are counted.
 inline constexpr std::size_t kMaxModelNotes = 64;
 
-/// One sample. The largest in practice are uncompressed pictures: 8192 x 4320 at 16 bits and four components are 270 MiB.
+/// One sample. The largest in practice are uncompressed pictures: 8192 x 4320 at 16 bits and four components are 270
+/// MiB.
 inline constexpr std::size_t kMaxSampleBytes = std::size_t{512} << 20;
 
 /// What is read ahead of the essence at hand.

@@ -152,7 +152,7 @@ void CAvcAnalyser::AddField(const SAvcSliceHeader& slice, SFound& found)
     picture.coding = EAvcCoding::fieldPair;
     picture.isIntra = picture.isIntra && slice.IsIntra();
     picture.isReference = picture.isReference || slice.refIdc != 0;
-    const SPictureOrder order = counter_.Next(slice, sps);
+    const SPictureOrderCount order = counter_.Next(slice, sps);
     if (slice.refIdc != 0) lastReferenceFrameNum_ = slice.clearsReferences ? 0 : slice.frameNum;
     if (slice.clearsReferences) {
         // Such a field is no partner of the one before, but the unit has one place: that of the later one.

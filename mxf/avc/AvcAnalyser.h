@@ -43,7 +43,7 @@ struct SAvcPicture {
     std::uint32_t frameNum = 0;
     bool hasFrameNumGap = false; ///< frames are missing in front of it; where the set allows gaps they may be meant to
 
-    SPictureOrder order;            ///< both fields together
+    SPictureOrderCount order;       ///< both fields together
     bool startsSequence = false;    ///< IDR or memory management operation 5: counting begins anew
     std::int64_t sequence = 0;      ///< stretch of pictures whose counts compare; all of a lower one come before
     std::uint8_t reorderFrames = 0; ///< of its sequence parameter set
@@ -107,7 +107,7 @@ private:
     std::int64_t nextIndex_ = 0;
     std::int64_t sequence_ = 0;
     bool isFirstInSequence_ = true; ///< no picture came since the start or Restart()
-    SPictureOrder lastOrder_;
+    SPictureOrderCount lastOrder_;
     std::uint8_t lastReorderFrames_ = 0;
     std::uint32_t lastReferenceFrameNum_ = 0;
 };

@@ -8,7 +8,7 @@ std::int32_t Wrapped(std::int64_t value)
     return static_cast<std::int32_t>(static_cast<std::uint32_t>(value));
 }
 
-SPictureOrder Counts(const SAvcSliceHeader& slice, std::int64_t top, std::int64_t bottom)
+SPictureOrderCount Counts(const SAvcSliceHeader& slice, std::int64_t top, std::int64_t bottom)
 {
     const bool hasTop = !slice.isField || !slice.isBottomField;
     const bool hasBottom = !slice.isField || slice.isBottomField;
@@ -17,11 +17,11 @@ SPictureOrder Counts(const SAvcSliceHeader& slice, std::int64_t top, std::int64_
 
 } // namespace
 
-SPictureOrder CPictureOrderCounter::Next(const SAvcSliceHeader& slice, const SAvcSps& sps)
+SPictureOrderCount CPictureOrderCounter::Next(const SAvcSliceHeader& slice, const SAvcSps& sps)
 {
-    SPictureOrder order = sps.pictureOrderType == 0   ? CountByLsb(slice, sps)
-                          : sps.pictureOrderType == 1 ? CountByCycle(slice, sps)
-                                                      : CountByFrameNum(slice, sps);
+    SPictureOrderCount order = sps.pictureOrderType == 0   ? CountByLsb(slice, sps)
+                               : sps.pictureOrderType == 1 ? CountByCycle(slice, sps)
+                                                           : CountByFrameNum(slice, sps);
     previousFrameNum_ = slice.frameNum;
     if (!slice.clearsReferences) return order;
 
@@ -36,7 +36,7 @@ SPictureOrder CPictureOrderCounter::Next(const SAvcSliceHeader& slice, const SAv
 }
 
 /// 8.2.1.1, type 0.
-SPictureOrder CPictureOrderCounter::CountByLsb(const SAvcSliceHeader& slice, const SAvcSps& sps)
+SPictureOrderCount CPictureOrderCounter::CountByLsb(const SAvcSliceHeader& slice, const SAvcSps& sps)
 {
     if (slice.IsIdr()) previousMsb_ = previousLsb_ = 0;
     const std::int64_t turn = std::int64_t{1} << sps.pictureOrderLsbBits;
@@ -63,7 +63,7 @@ std::uint64_t CPictureOrderCounter::FrameNumOffset(const SAvcSliceHeader& slice,
 }
 
 /// 8.2.1.2, type 1.
-SPictureOrder CPictureOrderCounter::CountByCycle(const SAvcSliceHeader& slice, const SAvcSps& sps)
+SPictureOrderCount CPictureOrderCounter::CountByCycle(const SAvcSliceHeader& slice, const SAvcSps& sps)
 {
     const std::uint64_t offset = FrameNumOffset(slice, sps);
     const std::uint64_t cycleLength = sps.offsetsForReferences.size();
@@ -83,7 +83,7 @@ SPictureOrder CPictureOrderCounter::CountByCycle(const SAvcSliceHeader& slice, c
 }
 
 /// 8.2.1.3, type 2: output order is decoding order.
-SPictureOrder CPictureOrderCounter::CountByFrameNum(const SAvcSliceHeader& slice, const SAvcSps& sps)
+SPictureOrderCount CPictureOrderCounter::CountByFrameNum(const SAvcSliceHeader& slice, const SAvcSps& sps)
 {
     const std::uint64_t frame = FrameNumOffset(slice, sps) + slice.frameNum;
     const std::int64_t count = slice.IsIdr() ? 0 : static_cast<std::int64_t>(2 * frame) - (slice.refIdc == 0 ? 1 : 0);

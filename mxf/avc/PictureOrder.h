@@ -8,7 +8,7 @@
 namespace TamrelMxf {
 
 /// The order counts of one coded picture: of both fields of a frame, or of one field.
-struct SPictureOrder {
+struct SPictureOrderCount {
     std::int32_t top = 0;    ///< TopFieldOrderCnt
     std::int32_t bottom = 0; ///< BottomFieldOrderCnt
     bool hasTop = false;
@@ -16,7 +16,7 @@ struct SPictureOrder {
 
     /// PicOrderCnt(): the lower of those that are there (8-1).
     std::int32_t Count() const { return !hasBottom ? top : !hasTop ? bottom : std::min(top, bottom); }
-    bool operator==(const SPictureOrder&) const = default;
+    bool operator==(const SPictureOrderCount&) const = default;
 };
 
 /// Counts the output order of coded pictures (ITU-T H.264, 8.2.1), fed with one slice header of each primary coded
@@ -28,15 +28,15 @@ class CPictureOrderCounter {
 public:
     /// \return the picture's counts. After memory management operation 5 they are those that the picture keeps
     ///   (8.2.1): it starts anew at 0, before everything that follows and after everything that came.
-    SPictureOrder Next(const SAvcSliceHeader& slice, const SAvcSps& sps);
+    SPictureOrderCount Next(const SAvcSliceHeader& slice, const SAvcSps& sps);
 
     /// Forgets what came before, as behind a gap in the stream; the next IDR picture makes all right again.
     void Reset() { *this = {}; }
 
 private:
-    SPictureOrder CountByLsb(const SAvcSliceHeader& slice, const SAvcSps& sps);
-    SPictureOrder CountByCycle(const SAvcSliceHeader& slice, const SAvcSps& sps);
-    SPictureOrder CountByFrameNum(const SAvcSliceHeader& slice, const SAvcSps& sps);
+    SPictureOrderCount CountByLsb(const SAvcSliceHeader& slice, const SAvcSps& sps);
+    SPictureOrderCount CountByCycle(const SAvcSliceHeader& slice, const SAvcSps& sps);
+    SPictureOrderCount CountByFrameNum(const SAvcSliceHeader& slice, const SAvcSps& sps);
     std::uint64_t FrameNumOffset(const SAvcSliceHeader& slice, const SAvcSps& sps);
 
     std::int64_t previousMsb_ = 0; ///< of the previous reference picture

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "../essence/EssenceParser.h"
+#include "../essence/EssenceRecords.h"
 #include "../index/MxfIndexParser.h"
 #include "../io/MediaSource.h"
 #include "../io/Snitcher.h"
@@ -25,7 +25,9 @@
 namespace TamrelMxf {
 
 class CDelivery;
+class CEssenceParser;
 class CFrameworkList;
+struct SEssenceTrack;
 
 /// Reads what an MXF file says about itself. One file at a time; used from one thread at a time. The codes that its
 /// operations answer are those of Status.h.

@@ -2,6 +2,7 @@
 
 #include "mxf/Status.h"
 #include "mxf/demuxer/Delivery.h"
+#include "mxf/essence/EssenceParser.h"
 #include "mxf/klv/PartitionReading.h"
 
 #include <utility>

@@ -31,14 +31,14 @@ TEST(AvcAnalyser, FieldPairsCountAsOneUnit)
                                    SliceRow{.isIdr = true, .field = top, .order = lsb(0), .firstMacroblock = 1}.unit(),
                                    SliceRow{.type = 5, .field = bottom, .order = lsb(1)}.unit()}));
     EXPECT_EQ(pair.coding, EAvcCoding::fieldPair);
-    EXPECT_EQ(pair.order, (SPictureOrder{0, 1, true, true}));
+    EXPECT_EQ(pair.order, (SPictureOrderCount{0, 1, true, true}));
     EXPECT_TRUE(pair.isIdr && pair.isKeyFrame && pair.isTopFirst && !pair.isIntra);
     EXPECT_EQ(pair.type, EAvcPictureType::i);
 
     pair = analysed(analyser,
                     joined({SliceRow{.type = 6, .refIdc = 0, .frameNum = 1, .field = bottom, .order = lsb(4)}.unit(),
                             SliceRow{.type = 6, .refIdc = 0, .frameNum = 1, .field = top, .order = lsb(5)}.unit()}));
-    EXPECT_EQ(pair.order, (SPictureOrder{5, 4, true, true}));
+    EXPECT_EQ(pair.order, (SPictureOrderCount{5, 4, true, true}));
     EXPECT_FALSE(pair.isTopFirst || pair.isReference || pair.isKeyFrame);
     EXPECT_EQ(pair.type, EAvcPictureType::b);
 
