@@ -42,7 +42,7 @@ std::string optionPattern(const CLI::App& app, const CLI::Option& option)
 }
 
 /// The shell command that offers values for an option, by what its help calls them.
-std::string offer(const std::string& valueName)
+std::string offer(const CLI::App& app, const std::string& valueName)
 {
     if (valueName == "KEY=VALUE") {
         std::vector<std::string> keys;
@@ -52,7 +52,8 @@ std::string offer(const std::string& valueName)
     }
     if (valueName == "RATE") return "_zanfcp_words '" + joined(rateNames(), " ") + "'";
     if (valueName.ends_with(".json")) return "_zanfcp_files json";
-    if (valueName == "OUT") return "_zanfcp_files xml";
+    if (valueName == "FORMAT") return "_zanfcp_words 'raw wav'";
+    if (valueName == "OUT") return commandName(app).starts_with("mxf ") ? "_zanfcp_files wav" : "_zanfcp_files xml";
     return ":";
 }
 
@@ -113,7 +114,8 @@ _zanfcp() {
     for (const CLI::App* app : apps)
         for (const CLI::Option* option : app->get_options())
             if (!option->get_positional() && option->get_items_expected_max() > 0 && !option->get_type_name().empty())
-                text += "    " + optionPattern(*app, *option) + ") " + offer(option->get_type_name()) + "; return ;;\n";
+                text += "    " + optionPattern(*app, *option) + ") " + offer(*app, option->get_type_name()) +
+                        "; return ;;\n";
     text += "    esac\n    case \"$command $cur\" in\n";
     text += "    ' -'*) _zanfcp_words '" + joined(optionNames(parent), " ") + "' ;;\n";
     text += "    ' '*) _zanfcp_words '" + subcommandNames(parent) + "' ;;\n";

@@ -6,6 +6,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 namespace zanfcp::cli {
@@ -26,14 +27,9 @@ int writeAll(int descriptor, std::string_view text)
     return 0;
 }
 
-void say(std::string_view text)
-{
-    (void)writeAll(STDERR_FILENO, text); // there is nowhere to say that this failed
-}
-
 } // namespace
 
-Console::Console()
+Console::Console() : isTerminal_{::isatty(STDERR_FILENO) == 1}
 {
     before_ = ZANLogger::setSink([this](LogLevel level, std::string_view line) { log(level, line); });
     setMXFMessageSink(&mxfSink_);
@@ -41,8 +37,34 @@ Console::Console()
 
 Console::~Console()
 {
+    endProgress();
     setMXFMessageSink(nullptr);
     ZANLogger::setSink(std::move(before_));
+}
+
+void Console::say(std::string_view text)
+{
+    endProgress();
+    (void)writeAll(STDERR_FILENO, text); // there is nowhere to say that this failed
+}
+
+void Console::progress(std::string_view text)
+{
+    if (!showsProgress() || text == progress_) return;
+    (void)flush();
+    constexpr std::string_view kToStartAndWipe = "\r\033[K";
+    winsize window{};
+    if (::ioctl(STDERR_FILENO, TIOCGWINSZ, &window) == 0 && window.ws_col > 1)
+        text = text.substr(0, window.ws_col - 1U); // a line that wraps could not be wiped away
+    progress_ = text;
+    (void)writeAll(STDERR_FILENO, std::string(kToStartAndWipe) + progress_);
+}
+
+void Console::endProgress()
+{
+    if (progress_.empty()) return;
+    progress_.clear();
+    (void)writeAll(STDERR_FILENO, "\r\033[K");
 }
 
 bool Console::print(std::string_view text)

@@ -24,6 +24,8 @@ public:
 
     /// Results. False once writing them has failed; finish() says why.
     bool print(std::string_view text);
+    /// Writes out what print() still holds, for who waits for it. False once writing has failed.
+    bool flush();
     /// Writes out what print() still holds. False, with a message, when not all of the results could be written.
     bool finish();
 
@@ -35,6 +37,14 @@ public:
     void warning(std::string_view text);
     /// What a person wants to see, with line ends as given; hidden when quiet.
     void note(std::string_view text);
+
+    /// Shows how far long work has come, in a line of standard error that the next one replaces and every message wipes
+    /// away. Nothing is shown when quiet, and where standard error is no terminal.
+    void progress(std::string_view text);
+    /// Whether progress would show.
+    bool showsProgress() const { return isTerminal_ && !quiet_; }
+    /// Wipes the line of progress away.
+    void endProgress();
 
     /// Forgets the log lines so far: those of the step that begins are kept.
     /// \param file  that the step reads: warnings of the MXF library then name it. Without one they are log lines like
@@ -61,10 +71,12 @@ private:
     };
 
     void log(LogLevel level, std::string_view line);
-    bool flush();
+    void say(std::string_view text);
 
     bool quiet_ = false;
     bool verbose_ = false;
+    bool isTerminal_ = false; ///< standard error
+    std::string progress_;    ///< the line that is there now
     std::string results_;
     int writeFault_ = 0; ///< errno of the first write of results that failed
     std::string stepFile_;

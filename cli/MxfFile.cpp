@@ -101,7 +101,7 @@ private:
 
 } // namespace
 
-MxfFile openMxfFile(const std::string& path, Console& console)
+MxfFile openMxfFile(const std::string& path, Console& console, std::uint32_t timeout)
 {
     MxfFile file{.path = path, .demuxer = nullptr, .source = nullptr};
     console.beginStep(path);
@@ -111,6 +111,7 @@ MxfFile openMxfFile(const std::string& path, Console& console)
     }
     auto demuxer = std::make_unique<CMxfDemuxer>();
     mxf_demuxer_config config{};
+    config.timeout = timeout;
     config.lazy_index_loading = 1;
     config.flag = 1;
     int status = demuxer->Open(path.c_str(), &config, &console.mxfSink());

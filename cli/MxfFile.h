@@ -21,8 +21,9 @@ struct MxfFile {
 
 /// Opens a file and reads its header, begins a step of the console for it, and says what is wrong when that fails.
 /// A header that is cut short is waited for, a second or so.
+/// \param timeout  seconds to wait for more of a file that is being written
 /// \return the file; a null `demuxer` when it cannot be read
-MxfFile openMxfFile(const std::string& path, Console& console);
+MxfFile openMxfFile(const std::string& path, Console& console, std::uint32_t timeout = 0);
 
 /// The partitions of a file, in its order.
 struct PartitionList {

@@ -67,6 +67,13 @@ int mxfDemuxStreamLockOutput(CMxfStreamDemuxer* demuxer, int lock)
     return kSuccess;
 }
 
+int mxfDemuxStreamDrain(CMxfStreamDemuxer* demuxer)
+{
+    if (demuxer == nullptr) return kNullArgument;
+    demuxer->Drain();
+    return kSuccess;
+}
+
 void mxfDemuxStreamClose(CMxfStreamDemuxer* demuxer)
 {
     demuxer->Close();

@@ -80,6 +80,12 @@ int mxfDemuxStreamRemoveStream(TamrelMxf::CMxfStreamDemuxer* demuxer, int stream
 /// \return 0
 int mxfDemuxStreamLockOutput(TamrelMxf::CMxfStreamDemuxer* demuxer, int lock);
 
+/// Waits until all that was pushed has been used as far as it can be: no sample and no event comes until the next push.
+/// Called at the end of the input, it keeps mxfDemuxStreamClose from cutting off what was pushed last, of a stream that
+/// is cut short as well. Not from the callback or a receiver.
+/// \return 0; -2 for a null handle
+int mxfDemuxStreamDrain(TamrelMxf::CMxfStreamDemuxer* demuxer);
+
 /// Ends the thread of the stream and releases everything but the handle, which can be opened again. From the callback
 /// or a receiver it only ends the thread: the handle is then closed once more from elsewhere.
 /// \param demuxer  not null

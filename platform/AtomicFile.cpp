@@ -126,6 +126,19 @@ Status AtomicFile::write(std::string_view bytes)
     return {};
 }
 
+Status AtomicFile::overwrite(std::uint64_t offset, std::string_view bytes)
+{
+    if (!canOverwrite()) return systemError("go back in", target_, ESPIPE);
+    while (!bytes.empty()) {
+        const ssize_t count = ::pwrite(descriptor_.value(), bytes.data(), bytes.size(), static_cast<off_t>(offset));
+        if (count < 0 && errno == EINTR) continue;
+        if (count < 0) return systemError("write", target_, errno);
+        bytes.remove_prefix(static_cast<std::size_t>(count));
+        offset += static_cast<std::uint64_t>(count);
+    }
+    return {};
+}
+
 Status AtomicFile::commit()
 {
     if (place_ == Place::target) return {};

@@ -3,6 +3,7 @@
 #include "FileDescriptor.h"
 #include "Result.h"
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -28,6 +29,11 @@ public:
     /// Appends all of `bytes`. An Error (limit: no space or a size limit, io) leaves the target as it was; do not go on
     /// after one.
     Status write(std::string_view bytes);
+    /// Replaces bytes that were written already: a header that is only known at the end.
+    /// \return an Error (io) for a target that is written in place
+    Status overwrite(std::uint64_t offset, std::string_view bytes);
+    /// Whether `overwrite` is possible.
+    bool canOverwrite() const { return place_ != Place::target; }
     /// Makes the file appear under its name. Call once, last.
     Status commit();
 

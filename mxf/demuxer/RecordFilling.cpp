@@ -55,6 +55,8 @@ void FillRecord(mxf_stream_format& record, const SStreamFormat& format, std::int
 
     record.width = format.width;
     record.height = HeightWithoutPadding(format);
+    const bool storesFields = format.height != 0 && format.frameHeight == 2 * format.height;
+    record.frame_height = storesFields ? 2 * record.height : record.height;
     record.stored_width = format.width;
     record.stored_height = format.height;
     record.display_x = format.displayed.x;

@@ -78,8 +78,9 @@ struct mxf_stream_format {
     std::uint32_t bit_rate;        ///< bit/s
 
     // picture
-    std::uint32_t width;  ///< pixels
-    std::uint32_t height; ///< lines, of one field where fields are stored apart, without the padding below 1080
+    std::uint32_t width;        ///< pixels
+    std::uint32_t height;       ///< lines, of one field where fields are stored apart, without the padding below 1080
+    std::uint32_t frame_height; ///< the same of both fields together
     std::uint32_t stored_width;
     std::uint32_t stored_height; ///< with padding
     std::int32_t display_x;      ///< of the displayed rectangle in the stored one

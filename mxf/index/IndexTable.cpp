@@ -51,6 +51,7 @@ void CIndexTable::Add(std::unique_ptr<CMxfIndexSegment> segment, std::int64_t ra
     isListed_ = false;
     const bool isOnTop = held_.empty() || rank > held_.rbegin()->first;
     SHeld& held = held_[rank];
+    coveredTo_.reset();
     if (held.segment) pieces_.clear(); // they may point at what is replaced
     held = {.segment = std::move(segment), .rank = rank};
     if (isOnTop && isSettled_)
@@ -138,13 +139,15 @@ const std::vector<const CMxfIndexSegment*>& CIndexTable::Segments()
 
 std::optional<std::int64_t> CIndexTable::CoveredUnits()
 {
-    std::int64_t covered = 0;
-    for (const auto& [start, piece] : Settled()) {
-        if (start != covered) break;
-        covered = piece.end;
+    if (!coveredTo_) {
+        coveredTo_ = 0;
+        for (const auto& [start, piece] : Settled()) {
+            if (start != *coveredTo_) break;
+            coveredTo_ = piece.end;
+        }
     }
-    if (covered == kMost) return std::nullopt;
-    return covered;
+    if (*coveredTo_ == kMost) return std::nullopt;
+    return *coveredTo_;
 }
 
 std::optional<std::uint32_t> CIndexTable::ConstantSize()

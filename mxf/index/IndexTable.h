@@ -66,6 +66,7 @@ private:
     std::optional<std::uint32_t> constantSize_; // of the first segment of constant size that came
     std::int64_t mostAhead_ = 0;                // the largest temporal offset that came
     std::int64_t mostBehind_ = 0;               // the smallest one
+    std::optional<std::int64_t> coveredTo_;     // where the first gap begins; nothing until that is asked for
     bool isMixed_ = false;                      // segments of constant size are not alone, or not of one size
     bool isSettled_ = true;                     // pieces_ are those of held_
     bool isListed_ = true;                      // byStart_ are those of held_

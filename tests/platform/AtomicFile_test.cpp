@@ -40,6 +40,23 @@ mode_t modeOf(const std::string& path)
     return info.st_mode & 07777U;
 }
 
+TEST(AtomicFile, AHeaderIsFilledInAtTheEndButNotInAPipe)
+{
+    const TempFolder folder;
+    auto file = AtomicFile::create(folder.file("a.wav"));
+    ASSERT_TRUE(file);
+    ASSERT_TRUE(file->write("size????samples"));
+    ASSERT_TRUE(file->overwrite(4, "0007"));
+    ASSERT_TRUE(file->write("!"));
+    ASSERT_TRUE(file->commit());
+    EXPECT_EQ(readFile(folder.file("a.wav")), "size0007samples!");
+
+    auto device = AtomicFile::create("/dev/null");
+    ASSERT_TRUE(device);
+    EXPECT_FALSE(device->canOverwrite());
+    EXPECT_FALSE(device->overwrite(0, "x"));
+}
+
 TEST(AtomicFile, AppearsOnlyWithCommit)
 {
     const TempFolder folder;
