@@ -1,6 +1,7 @@
 // Round trips of empty events, and a large document through the channel beside a plain copy of the same bytes through
 // a socket, in the same run.
 
+#include "bench/Measure.h"
 #include "fcp/EventServer.h"
 #include "fcp/UnixSocketChannel.h"
 #include "platform/FileDescriptor.h"
@@ -18,22 +19,11 @@
 
 namespace {
 
+using namespace bench;
+
 using zanfcp::EventCode::finalCutPro;
 constexpr std::size_t kDocumentBytes = 100'000'000;
 constexpr int kRounds = 7;
-
-double seconds(const std::function<void()>& work)
-{
-    const auto before = std::chrono::steady_clock::now();
-    work();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - before).count();
-}
-
-double median(std::vector<double> values)
-{
-    std::ranges::sort(values);
-    return values[values.size() / 2];
-}
 
 void require(bool condition, const char* what)
 {

@@ -2,6 +2,7 @@
 // same file. Both run in turn in each round, on files that the system has at hand; medians are shown, the first round
 // left out. The long movies have tables as long as real ones; their media data is a hole in the file.
 
+#include "bench/Measure.h"
 #include "media/MovieReading.h"
 #include "platform/ChildProcess.h"
 #include "tests/support/MovieBuilder.h"
@@ -23,6 +24,8 @@ extern "C" {
 
 namespace {
 
+using namespace bench;
+
 using namespace zanfcp;
 using namespace zanfcp::test;
 
@@ -30,12 +33,6 @@ constexpr std::uint32_t kSeconds = 3 * 3600;
 constexpr std::uint32_t kFramesPerSecond = 25;
 constexpr std::uint32_t kFrames = kSeconds * kFramesPerSecond;
 constexpr int kSoundTracks = 7;
-
-[[noreturn]] void fail(const std::string& why)
-{
-    std::fprintf(stderr, "%s\n", why.c_str());
-    std::exit(1);
-}
 
 enum class Sound { pcm, aac };
 
@@ -129,19 +126,6 @@ void writeShortMovie(const std::string& path)
     if (made->exitStatus != 0) fail("ffmpeg: " + made->standardError);
 }
 
-double microseconds(const std::function<void()>& work)
-{
-    const auto start = std::chrono::steady_clock::now();
-    work();
-    return std::chrono::duration<double, std::micro>(std::chrono::steady_clock::now() - start).count();
-}
-
-double median(std::vector<double> values)
-{
-    std::ranges::nth_element(values, values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2));
-    return values[values.size() / 2];
-}
-
 ByteSource::Counts countReads(const std::string& path)
 {
     const auto asset = quicktime::Asset::open(path);
@@ -159,15 +143,17 @@ void compare(const char* name, const std::string& path, int rounds)
     std::int64_t theirBytes = 0;
     for (int round = 0; round <= rounds; ++round) {
         PELMovieProperties properties;
-        const double mine = microseconds([&] {
-            if (PELGetPropertiesOfMovieAtURL(url, properties, {}) != 0) fail("could not inspect " + path);
-        });
+        const double mine = 1e6 * seconds([&] {
+                                if (PELGetPropertiesOfMovieAtURL(url, properties, {}) != 0)
+                                    fail("could not inspect " + path);
+                            });
         if (!properties.hasVideo || !properties.hasTimecode || properties.timecode.frames != 90000)
             fail("wrong properties of " + path);
         AVFormatContext* context = nullptr;
-        const double peer = microseconds([&] {
-            if (avformat_open_input(&context, path.c_str(), nullptr, nullptr) < 0) fail("libavformat: " + path);
-        });
+        const double peer = 1e6 * seconds([&] {
+                                if (avformat_open_input(&context, path.c_str(), nullptr, nullptr) < 0)
+                                    fail("libavformat: " + path);
+                            });
         theirBytes = context->pb->bytes_read;
         avformat_close_input(&context);
         if (round == 0) continue;

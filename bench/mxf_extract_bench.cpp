@@ -2,6 +2,7 @@
 // what opening and the first seek cost in a long file; peak memory. Everything runs in turn in each round; medians are
 // shown. The files are made with ffmpeg, some gigabytes in the folder for temporary files, and lie in the page cache.
 
+#include "bench/Measure.h"
 #include "mxf/mxfDemux.h"
 #include "mxf/mxfDemuxStream.h"
 #include "tests/support/TempFolder.h"
@@ -14,66 +15,22 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
-#include <spawn.h>
 #include <string>
-#include <sys/resource.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
+using namespace bench;
 
 constexpr int kRounds = 5;
 constexpr std::size_t kBlock = std::size_t{1} << 20;
 constexpr std::size_t kSlice = std::size_t{2} << 20; ///< that is pushed at a time, as by the command
 
-[[noreturn]] void fail(const std::string& why)
-{
-    std::fprintf(stderr, "%s\n", why.c_str());
-    std::exit(1);
-}
-
 void shell(const std::string& line)
 {
     if (std::system((line + " </dev/null").c_str()) != 0) fail("failed: " + line);
-}
-
-double median(std::vector<double> values)
-{
-    std::ranges::sort(values);
-    return values[values.size() / 2];
-}
-
-double seconds(const std::function<void()>& work)
-{
-    const auto start = Clock::now();
-    work();
-    return std::chrono::duration<double>(Clock::now() - start).count();
-}
-
-/// Runs a program with its texts thrown away. \return its peak memory in megabytes
-double run(const std::vector<std::string>& command)
-{
-    std::vector<char*> arguments;
-    for (const std::string& each : command)
-        arguments.push_back(const_cast<char*>(each.c_str()));
-    arguments.push_back(nullptr);
-    posix_spawn_file_actions_t files;
-    posix_spawn_file_actions_init(&files);
-    for (const int descriptor : {0, 1, 2})
-        posix_spawn_file_actions_addopen(&files, descriptor, "/dev/null", O_RDWR, 0);
-    pid_t child = 0;
-    if (posix_spawnp(&child, arguments[0], &files, nullptr, arguments.data(), environ) != 0)
-        fail("could not run " + command.front());
-    int status = 0;
-    rusage usage{};
-    wait4(child, &status, 0, &usage);
-    posix_spawn_file_actions_destroy(&files);
-    if (status != 0) fail(command.front() + " failed");
-    return static_cast<double>(usage.ru_maxrss) / 1024;
 }
 
 /// Counts bytes, and touches none.
@@ -228,18 +185,20 @@ void throughput(const char* title, const std::string& path, bool canBePushed)
                             if (push(path) != essence) fail("the pushed file delivered other bytes");
                         }});
     ways.push_back({"zanfcp mxf extract, pictures", [&] {
-                        run({ZANFCP_PROGRAM, "mxf", "extract", "-q", path, "--stream", "0", "-o", "/dev/null"});
+                        runProgram({ZANFCP_PROGRAM, "mxf", "extract", "-q", path, "--stream", "0", "-o", "/dev/null"});
                     }});
     if (canBePushed)
-        ways.push_back({"zanfcp mxf stream, pictures", [&] {
-                            run({ZANFCP_PROGRAM, "mxf", "stream", "-q", path, "--stream", "0", "-o", "/dev/null"});
-                        }});
+        ways.push_back(
+            {"zanfcp mxf stream, pictures", [&] {
+                 runProgram({ZANFCP_PROGRAM, "mxf", "stream", "-q", path, "--stream", "0", "-o", "/dev/null"});
+             }});
     ways.push_back({"ffmpeg -c copy, all", [&] {
-                        run({"ffmpeg", "-v", "error", "-i", path, "-map", "0", "-c", "copy", "-f", "null", "-"});
+                        runProgram({"ffmpeg", "-v", "error", "-i", path, "-map", "0", "-c", "copy", "-f", "null", "-"});
                     }});
-    ways.push_back({"ffmpeg -c copy, pictures", [&] {
-                        run({"ffmpeg", "-v", "error", "-i", path, "-map", "0:0", "-c", "copy", "-f", "null", "-"});
-                    }});
+    ways.push_back(
+        {"ffmpeg -c copy, pictures", [&] {
+             runProgram({"ffmpeg", "-v", "error", "-i", path, "-map", "0:0", "-c", "copy", "-f", "null", "-"});
+         }});
     for (int round = 0; round <= kRounds; ++round)
         for (Way& way : ways) {
             const double time = seconds(way.work);
@@ -279,8 +238,10 @@ void memory(const std::vector<std::pair<const char*, std::string>>& files)
     std::printf("\n%-30s %12s %12s\n", "peak memory, MB", "extract", "stream");
     for (const auto& [name, path] : files)
         std::printf("%-30s %12.1f %12.1f\n", name,
-                    run({ZANFCP_PROGRAM, "mxf", "extract", "-q", path, "--stream", "0", "-o", "/dev/null"}),
-                    run({ZANFCP_PROGRAM, "mxf", "stream", "-q", path, "--stream", "0", "-o", "/dev/null"}));
+                    runProgram({ZANFCP_PROGRAM, "mxf", "extract", "-q", path, "--stream", "0", "-o", "/dev/null"})
+                        .peakMegabytes,
+                    runProgram({ZANFCP_PROGRAM, "mxf", "stream", "-q", path, "--stream", "0", "-o", "/dev/null"})
+                        .peakMegabytes);
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 // The second table counts what is read: only the header partition, the footer and the random index pack, however long
 // the file is.
 
+#include "bench/Measure.h"
 #include "mxf/io/BufferedFileSource.h"
 #include "mxf/mxfDemux.h"
 #include "tests/support/TempFolder.h"
@@ -23,13 +24,9 @@ extern "C" {
 
 namespace {
 
-using zanfcp::test::TempFolder;
+using namespace bench;
 
-[[noreturn]] void fail(const std::string& why)
-{
-    std::fprintf(stderr, "%s\n", why.c_str());
-    std::exit(1);
-}
+using zanfcp::test::TempFolder;
 
 void shell(const std::string& command)
 {
@@ -98,19 +95,6 @@ std::uint32_t readAll(const std::string& path, const mxf_demuxer_config& config)
     return info.stream_count;
 }
 
-double microseconds(const std::function<void()>& work)
-{
-    const auto start = std::chrono::steady_clock::now();
-    work();
-    return std::chrono::duration<double, std::micro>(std::chrono::steady_clock::now() - start).count();
-}
-
-double median(std::vector<double> values)
-{
-    std::ranges::nth_element(values, values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2));
-    return values[values.size() / 2];
-}
-
 struct Counts {
     std::int64_t bytes = 0, reads = 0, theirBytes = 0;
 };
@@ -140,12 +124,13 @@ Counts compare(const char* name, const std::string& path, int rounds)
     std::uint32_t streams = 0;
     mxf_demuxer_config config{};
     config.lazy_index_loading = 1; // as whoever asks for facts only
-    const auto us = [&] { return microseconds([&] { streams = readAll(path, config); }); };
+    const auto us = [&] { return 1e6 * seconds([&] { streams = readAll(path, config); }); };
     const Pair first = compare(10 * rounds, us, [&] {
         AVFormatContext* context = nullptr;
-        const double time = microseconds([&] {
-            if (avformat_open_input(&context, path.c_str(), nullptr, nullptr) < 0) fail("libavformat: " + path);
-        });
+        const double time = 1e6 * seconds([&] {
+                                if (avformat_open_input(&context, path.c_str(), nullptr, nullptr) < 0)
+                                    fail("libavformat: " + path);
+                            });
         if (context->nb_streams != streams) fail("libavformat sees other streams in " + path);
         counts.theirBytes = context->pb->bytes_read;
         avformat_close_input(&context);
@@ -153,9 +138,10 @@ Counts compare(const char* name, const std::string& path, int rounds)
     });
     const Pair second = compare(rounds, us, [&] {
         MediaInfoLib::MediaInfo info;
-        const double time = microseconds([&] {
-            if (info.Open(std::wstring(path.begin(), path.end())) == 0) fail("libmediainfo: " + path);
-        });
+        const double time = 1e6 * seconds([&] {
+                                if (info.Open(std::wstring(path.begin(), path.end())) == 0)
+                                    fail("libmediainfo: " + path);
+                            });
         if (info.Count_Get(MediaInfoLib::Stream_Audio) + 1 != streams) fail("libmediainfo sees others in " + path);
         return time;
     });

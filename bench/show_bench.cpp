@@ -2,6 +2,7 @@
 // and written in a process of its own, which tells its peak memory. What counts is that time and memory grow with the
 // text that is written and with nothing else: the last two columns stay what they are.
 
+#include "bench/Measure.h"
 #include "project/Options.h"
 #include "project/ProjectRoot.h"
 #include "tests/support/Recording.h"
@@ -19,6 +20,8 @@
 #include <vector>
 
 namespace {
+
+using namespace bench;
 
 using namespace zanfcp;
 using namespace zanfcp::test;
@@ -38,12 +41,6 @@ struct Figures {
     double peak; // bytes above what the process had before
     double text; // bytes
 };
-
-[[noreturn]] void fail(const char* why)
-{
-    std::fprintf(stderr, "%s\n", why);
-    std::exit(1);
-}
 
 double peakBytes()
 {
@@ -118,10 +115,12 @@ Figures measureApart(const Show& show)
     return figures;
 }
 
-double median(std::vector<Figures>& rounds, double Figures::*figure)
+double median(const std::vector<Figures>& rounds, double Figures::*figure)
 {
-    std::ranges::nth_element(rounds, rounds.begin() + kRounds / 2, {}, figure);
-    return rounds[kRounds / 2].*figure;
+    std::vector<double> values;
+    for (const Figures& round : rounds)
+        values.push_back(round.*figure);
+    return bench::median(std::move(values));
 }
 
 } // namespace

@@ -4,7 +4,7 @@ target_link_libraries(bench_startup_floor PRIVATE zanfcp)
 target_link_options(bench_startup_floor PRIVATE -Wl,--no-as-needed)
 set_target_properties(bench_startup_floor PROPERTIES OUTPUT_NAME startup_floor)
 
-add_executable(bench_startup startup_bench.cpp ${PROJECT_SOURCE_DIR}/tests/support/TempFolder.cpp)
+add_executable(bench_startup startup_bench.cpp Measure.cpp ${PROJECT_SOURCE_DIR}/tests/support/TempFolder.cpp)
 target_link_libraries(bench_startup PRIVATE zanfcp zanfcp_warnings)
 target_compile_definitions(bench_startup PRIVATE
     ZANFCP_PROGRAM="$<TARGET_FILE:zanfcp-cli>"

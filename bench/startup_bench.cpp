@@ -1,23 +1,22 @@
 // `zanfcp inspect` as a whole process: one small file beside other programs that tell about media files, and a thousand
 // files in one call. Programs run in turn in each round; medians are shown.
 
+#include "bench/Measure.h"
 #include "tests/support/TempFolder.h"
 
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
-#include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
-#include <spawn.h>
 #include <sstream>
 #include <string>
-#include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
 
 namespace {
+
+using namespace bench;
 
 constexpr int kRounds = 60;
 constexpr int kFiles = 1000;
@@ -27,41 +26,6 @@ struct Contestant {
     std::vector<std::string> command;
     std::vector<double> milliseconds = {};
 };
-
-[[noreturn]] void fail(const std::string& why)
-{
-    std::fprintf(stderr, "%s\n", why.c_str());
-    std::exit(1);
-}
-
-/// Runs a program with nothing to read and its texts thrown away; milliseconds until it has ended.
-double run(const std::vector<std::string>& command)
-{
-    std::vector<char*> arguments;
-    for (const std::string& each : command)
-        arguments.push_back(const_cast<char*>(each.c_str()));
-    arguments.push_back(nullptr);
-    posix_spawn_file_actions_t files;
-    posix_spawn_file_actions_init(&files);
-    for (const int descriptor : {0, 1, 2})
-        posix_spawn_file_actions_addopen(&files, descriptor, "/dev/null", O_RDWR, 0);
-    const auto start = std::chrono::steady_clock::now();
-    pid_t child = 0;
-    if (posix_spawnp(&child, arguments[0], &files, nullptr, arguments.data(), environ) != 0)
-        fail("could not run " + command.front());
-    int status = 0;
-    waitpid(child, &status, 0);
-    const auto end = std::chrono::steady_clock::now();
-    posix_spawn_file_actions_destroy(&files);
-    if (status != 0) fail(command.front() + " failed");
-    return std::chrono::duration<double, std::milli>(end - start).count();
-}
-
-double median(std::vector<double> values)
-{
-    std::ranges::nth_element(values, values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2));
-    return values[values.size() / 2];
-}
 
 void oneFile()
 {
@@ -75,7 +39,7 @@ void oneFile()
     };
     for (int round = 0; round <= kRounds; ++round)
         for (Contestant& contestant : contestants) {
-            const double milliseconds = run(contestant.command);
+            const double milliseconds = 1000 * runProgram(contestant.command).seconds;
             if (round > 0) contestant.milliseconds.push_back(milliseconds);
         }
     const double ours = median(contestants.front().milliseconds);
@@ -91,7 +55,7 @@ double systemCalls(const std::vector<std::string>& command, const std::string& r
 {
     std::vector<std::string> traced{"strace", "-f", "-c", "-o", report};
     traced.insert(traced.end(), command.begin(), command.end());
-    run(traced);
+    runProgram(traced);
     std::ifstream in{report};
     for (std::string line; std::getline(in, line);) {
         if (!line.ends_with("total")) continue;
@@ -114,19 +78,20 @@ void manyFiles()
         std::filesystem::copy_file(SAMPLE, copy);
         command.push_back(copy);
     }
-    run(command);
+    runProgram(command);
     std::vector<double> all;
     std::vector<double> reading;
     for (int round = 0; round < 9; ++round) {
-        all.push_back(run(command));
-        const auto start = std::chrono::steady_clock::now();
-        for (std::size_t i = 2; i < command.size(); ++i) { // what the file system alone asks for: open, read, close
-            char block[4096];
-            const int file = ::open(command[i].c_str(), O_RDONLY);
-            if (file < 0 || ::pread(file, block, sizeof block, 0) <= 0) fail("could not read " + command[i]);
-            ::close(file);
-        }
-        reading.push_back(std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count());
+        all.push_back(1000 * runProgram(command).seconds);
+        reading.push_back(1000 * seconds([&] { // what the file system alone asks for: open, read, close
+                              for (std::size_t i = 2; i < command.size(); ++i) {
+                                  char block[4096];
+                                  const int file = ::open(command[i].c_str(), O_RDONLY);
+                                  if (file < 0 || ::pread(file, block, sizeof block, 0) <= 0)
+                                      fail("could not read " + command[i]);
+                                  ::close(file);
+                              }
+                          }));
     }
     const std::string report = folder.file("strace.txt");
     const double calls = (systemCalls(command, report) - systemCalls(alone, report)) / (kFiles - 1);

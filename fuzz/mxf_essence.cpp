@@ -1,43 +1,10 @@
+#include "fuzz/MemoryFile.h"
 #include "mxf/mxfDemux.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
-#include <cstring>
 
 namespace {
-
-/// The bytes of one run, behind the callbacks of external_io.
-struct Memory {
-    const std::uint8_t* data;
-    std::size_t size;
-    std::size_t place = 0;
-
-    static Memory& of(void* context) { return *static_cast<Memory*>(context); }
-    static std::int32_t open(void*, const char*, void** handle) { return *handle = nullptr, 0; }
-    static std::int32_t seek(void* context, void*, std::int64_t to)
-    {
-        Memory& self = of(context);
-        self.place = to < 0 ? self.size : std::min(self.size, static_cast<std::size_t>(to));
-        return 0;
-    }
-    static std::int32_t read(void* context, void*, void* buffer, std::size_t count)
-    {
-        Memory& self = of(context);
-        const std::size_t got = std::min({count, self.size - self.place, std::size_t{0x7FFFFFFF}});
-        if (got > 0) std::memcpy(buffer, self.data + self.place, got);
-        self.place += got;
-        return static_cast<std::int32_t>(got);
-    }
-    static std::int32_t close(void*, void**) { return 0; }
-    static std::int64_t getSize(void* context, void*) { return static_cast<std::int64_t>(of(context).size); }
-};
-
-void require(bool holds)
-{
-    if (!holds) std::abort();
-}
 
 /// Looks at every byte it is given, and holds the samples against each other.
 struct Receiver : SMediaStream {
@@ -97,11 +64,9 @@ void play(TamrelMxf::CMxfDemuxer* demuxer, std::size_t size)
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    Memory memory{data, size};
-    mxf_demuxer_config config{};
+    MemoryFile memory{data, size};
+    mxf_demuxer_config config = memory.config();
     config.lazy_index_loading = size & 1;
-    config.use_external_io = 1;
-    config.io = {Memory::open, nullptr, Memory::seek, Memory::read, Memory::close, Memory::getSize, nullptr, &memory};
     TamrelMxf::CMxfDemuxer* const demuxer = mxfDemuxNew();
     if (mxfDemuxOpen(demuxer, "memory", &config, nullptr) == 0) play(demuxer, size);
     mxfDemuxFree(demuxer);

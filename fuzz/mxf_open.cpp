@@ -1,44 +1,12 @@
+#include "fuzz/MemoryFile.h"
 #include "mxf/mxfDemux.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 #include <vector>
 
 namespace {
-
-/// The bytes of one run, behind the callbacks of external_io.
-struct Memory {
-    const std::uint8_t* data;
-    std::size_t size;
-    std::size_t place = 0;
-
-    static Memory& of(void* context) { return *static_cast<Memory*>(context); }
-    static std::int32_t open(void*, const char*, void** handle) { return *handle = nullptr, 0; }
-    static std::int32_t seek(void* context, void*, std::int64_t to)
-    {
-        Memory& self = of(context);
-        self.place = to < 0 ? self.size : std::min(self.size, static_cast<std::size_t>(to));
-        return 0;
-    }
-    static std::int32_t read(void* context, void*, void* buffer, std::size_t count)
-    {
-        Memory& self = of(context);
-        const std::size_t got = std::min({count, self.size - self.place, std::size_t{0x7FFFFFFF}});
-        if (got > 0) std::memcpy(buffer, self.data + self.place, got);
-        self.place += got;
-        return static_cast<std::int32_t>(got);
-    }
-    static std::int32_t close(void*, void**) { return 0; }
-    static std::int64_t getSize(void* context, void*) { return static_cast<std::int64_t>(of(context).size); }
-};
-
-void require(bool holds)
-{
-    if (!holds) std::abort();
-}
 
 void ask(TamrelMxf::CMxfDemuxer* demuxer, const mxf_file_info& info)
 {
@@ -74,10 +42,8 @@ void ask(TamrelMxf::CMxfDemuxer* demuxer, const mxf_file_info& info)
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    Memory memory{data, size};
-    mxf_demuxer_config config{};
-    config.use_external_io = 1;
-    config.io = {Memory::open, nullptr, Memory::seek, Memory::read, Memory::close, Memory::getSize, nullptr, &memory};
+    MemoryFile memory{data, size};
+    mxf_demuxer_config config = memory.config();
     TamrelMxf::CMxfDemuxer* const demuxer = mxfDemuxNew();
     mxf_file_info info{};
     if (mxfDemuxOpen(demuxer, "memory", &config, nullptr) == 0) {
