@@ -5,7 +5,7 @@
 #include "cli/MxfFile.h"
 #include "cli/MxfStreams.h"
 #include "cli/Progress.h"
-#include "mxf/essence/EssenceParser.h"
+#include "mxf/essence/EssenceRecords.h"
 #include "mxf/mxfDemux.h"
 
 #include <algorithm>

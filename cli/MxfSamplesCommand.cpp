@@ -3,7 +3,7 @@
 #include "cli/MxfCommands.h"
 #include "cli/MxfFile.h"
 #include "cli/MxfStreams.h"
-#include "mxf/essence/EssenceParser.h"
+#include "mxf/essence/EssenceRecords.h"
 #include "mxf/mxfDemux.h"
 #include "platform/Format.h"
 

@@ -18,12 +18,6 @@
 
 namespace TamrelMxf {
 
-/// What a step of a parser came to.
-inline constexpr int kDelivered = 0; ///< at least one sample was handed over
-inline constexpr int kRefused = 1;   ///< a receiver would not take its sample: it is offered again
-inline constexpr int kEnded = 2;     ///< nothing is left
-inline constexpr int kNeedsData = 3; ///< the next sample is not there yet
-
 /// One stream as a parser sees it.
 struct SEssenceTrack {
     std::uint32_t stream = 0;   ///< as the interface counts

@@ -73,3 +73,13 @@ protected:
     SMediaStream(const SMediaStream&) = default;
     SMediaStream& operator=(const SMediaStream&) = default;
 };
+
+namespace TamrelMxf {
+
+/// What a push came to; a negative answer is one of Status.h.
+inline constexpr int kDelivered = 0; ///< at least one sample was handed over
+inline constexpr int kRefused = 1;   ///< a receiver would not take its sample: it is offered again
+inline constexpr int kEnded = 2;     ///< nothing is left
+inline constexpr int kNeedsData = 3; ///< the next sample is not there yet
+
+} // namespace TamrelMxf

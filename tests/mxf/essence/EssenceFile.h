@@ -1,7 +1,7 @@
 #pragma once
 
 #include "mxf/demuxer/MxfDemuxer.h"
-#include "mxf/essence/EssenceParser.h"
+#include "mxf/essence/EssenceRecords.h"
 #include "tests/support/MemorySource.h"
 
 #include <cstdint>
