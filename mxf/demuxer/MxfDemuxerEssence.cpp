@@ -33,6 +33,8 @@ std::vector<SEssenceTrack> CMxfDemuxer::EssenceTracks(int file) const
 int CMxfDemuxer::CreateParser(int file)
 {
     if (!isHeaderParsed_ || !source_) return kNotOpen;
+    for (std::size_t stream = 0; stream < formats_.size(); ++stream)
+        ProbeCoding(stream); // whether pictures depend on others, and parameter sets that the stream may leave out
     std::vector<SEssenceTrack> tracks = EssenceTracks(file);
     if (tracks.empty()) return kOutOfRange;
     if (!reader_.IsComplete()) reader_.SetComplete(IsMxfComplete());
