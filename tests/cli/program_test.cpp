@@ -151,7 +151,7 @@ TEST(Completion, OffersWhatFitsTheCursor)
         {"zanfcp build --se", {"--set", "--sequence"}},
         {"zanfcp build --set sequenceOverrides.ana", {"sequenceOverrides.anamorphicOverride="}},
         {"zanfcp build ''", {"my film.mov", "a.mxf"}},
-        {"zanfcp mxf ''", {"info", "dump"}},
+        {"zanfcp mxf ''", {"info", "dump", "samples", "extract", "stream"}},
         {"zanfcp -q mxf info --js", {"--json"}},
         {"zanfcp mxf dump ''", {"a.mxf"}},
         {"zanfcp build --cuts ''", {"cuts.json"}},
