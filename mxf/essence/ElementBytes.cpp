@@ -5,6 +5,7 @@
 #include "mxf/klv/KlvSearch.h"
 
 #include <algorithm>
+#include <string_view>
 #include <utility>
 
 namespace TamrelMxf {
@@ -32,7 +33,8 @@ bool CElementBytes::Append(const SEssenceKlv& klv)
                       .value = klv.value,
                       .key = klv.position,
                       .streamOffset = klv.streamOffset});
-    isOpen_ = isEnded_ = false;
+    stated_ = parts_.back().length;
+    isOpen_ = isUnsure_ = isEnded_ = false;
     Refresh();
     return true;
 }
@@ -42,10 +44,29 @@ void CElementBytes::Refresh()
     if (parts_.empty() || isEnded_) return;
     SPart& part = parts_.back();
     const std::int64_t limit = Limit(part);
-    const std::int64_t end = part.value + part.length;
-    constexpr std::int64_t kEnough = SKlvHeader::kProbeSize; // to tell a key from something else
-    if (!isOpen_) isOpen_ = end > limit || (limit - end >= kEnough && !IsKeyAt(end));
-    if (isOpen_) part.length = limit - part.value;
+    const bool hasEnd = stated_ <= limit - part.value;
+    const std::int64_t end = hasEnd ? part.value + stated_ : limit;
+    if (!isOpen_ || isUnsure_) {
+        const bool isBare = std::cmp_less(limit - end, SKlvHeader::kProbeSize); // nothing that could be told from a key
+        isUnsure_ = !hasEnd || (stated_ == 0 && isBare && !context_->input.IsComplete());
+        isOpen_ = isUnsure_ || (!isBare && !IsKeyAt(end));
+    }
+    part.length = isOpen_ ? limit - part.value : stated_;
+}
+
+/// The size of bytes without the fill item at their end.
+std::int64_t CElementBytes::WithoutFill(std::span<const std::uint8_t> bytes)
+{
+    constexpr std::string_view kKeyStart{"\x06\x0E\x2B\x34", 4};
+    const std::string_view text{reinterpret_cast<const char*>(bytes.data()), bytes.size()};
+    const auto size = static_cast<std::int64_t>(bytes.size());
+    for (std::size_t at = 0; (at = text.find(kKeyStart, at)) != std::string_view::npos; ++at) {
+        SKlvHeader header;
+        const bool isFill = header.Parse(bytes.subspan(at)) == kSuccess && Keys::IsFill(header.key);
+        const auto begin = static_cast<std::int64_t>(at);
+        if (isFill && header.TotalSize() == size - begin) return begin;
+    }
+    return size;
 }
 
 /// Where the partitions of a file that grows are not listed yet, only the pack itself tells that the essence has ended.
@@ -53,9 +74,10 @@ void CElementBytes::EndAtPartition(std::int64_t offset, std::size_t count)
 {
     SPart& part = parts_.back();
     const std::int64_t place = part.value + std::max<std::int64_t>(offset - part.begin, 0);
-    const auto found = SearchPartitionPack(context_->input.Peek(place, count + SUl::kSize));
+    const auto view = context_->input.Peek(place, count + SUl::kSize);
+    const auto found = SearchPartitionPack(view);
     if (!found) return;
-    part.length = place + *found - part.value;
+    part.length = place + WithoutFill(view.first(static_cast<std::size_t>(*found))) - part.value;
     isEnded_ = true;
 }
 

@@ -51,11 +51,14 @@ public:
 private:
     std::int64_t Limit(const SPart& part) const;
     bool IsKeyAt(std::int64_t position) const;
+    static std::int64_t WithoutFill(std::span<const std::uint8_t> bytes);
     void EndAtPartition(std::int64_t offset, std::size_t count);
 
     const SEssenceContext* context_;
     std::vector<SPart> parts_;
+    std::int64_t stated_ = 0; // length of the last element, as its KLV says
     bool isOpen_ = false;
+    bool isUnsure_ = false; // open only because its end, or what follows, is not there yet
     bool isEnded_ = false;
     std::vector<std::uint8_t> joined_;
 };

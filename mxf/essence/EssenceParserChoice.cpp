@@ -69,16 +69,17 @@ bool IsCutElsewhere(const SEssenceTrack& track, const SLook& look, double packag
 {
     const SStreamFormat& format = track.format;
     if (format.wrapping == EWrapping::custom) return true;
+    const bool isClip = format.wrapping == EWrapping::clip;
     const bool isSamples = format.essenceKind == EEssenceKind::pcm || format.essenceKind == EEssenceKind::aLaw;
     if (format.type == EStreamType::sound && isSamples && look.isPlain && format.blockAlign > 0 && packageRate > 0) {
+        if (look.elements == 0) return isClip || isAtom; // nothing is there yet
+        if (look.first <= 0) return look.elements == 1;  // its length is still to be written
         const double samples = format.sampleRate / packageRate;
-        const bool isOnePackage =
-            std::abs(static_cast<double>(look.first) / format.blockAlign - samples) <= 1; // 1601 and 1602 take turns
-        return look.elements > 0 && !isOnePackage;
+        return std::abs(static_cast<double>(look.first) / format.blockAlign - samples) > 1; // 1601 and 1602 take turns
     }
     if (look.elements > 1) return false;
     const bool isOne = track.duration == 1;
-    return !isOne && (format.wrapping == EWrapping::clip || isAtom || (isAll && track.duration > 1));
+    return !isOne && (isClip || isAtom || (isAll && track.duration > 1));
 }
 
 } // namespace

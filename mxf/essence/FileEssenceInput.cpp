@@ -100,11 +100,14 @@ void CFileEssenceInput::WaitFor(std::size_t count)
     while (filled_ < count) {
         const std::size_t step = std::min(count - filled_, kReadStepBytes);
         if (!Reserve(filled_ + step)) return;
-        const int got = reader_.ReadSource(buffer_.get() + filled_, begin_ + static_cast<std::int64_t>(filled_),
-                                           static_cast<int>(step));
+        // With the last byte that is held: the reader asks whether the file is complete only where it reads something.
+        const std::size_t again = filled_ > 0 ? 1 : 0;
+        const std::size_t from = filled_ - again;
+        const int got = reader_.ReadSource(buffer_.get() + from, begin_ + static_cast<std::int64_t>(from),
+                                           static_cast<int>(step + again));
         if (got <= 0) return;
-        filled_ += std::min(static_cast<std::size_t>(got), step);
-        if (static_cast<std::size_t>(got) < step) return;
+        filled_ = std::max(filled_, from + std::min(static_cast<std::size_t>(got), step + again));
+        if (static_cast<std::size_t>(got) < step + again) return;
     }
 }
 

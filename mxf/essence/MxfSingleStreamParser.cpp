@@ -48,19 +48,43 @@ std::int64_t CMxfSingleStreamParser::ToStep(const SLane& lane, std::int64_t edit
     return step;
 }
 
+/// The row whose last element goes on for as long as the essence does; null when there is none.
+CMxfSingleStreamParser::SRow* CMxfSingleStreamParser::OpenRow()
+{
+    for (SRow& row : rows_) {
+        if (row.bytes.Parts().empty() || row.bytes.Parts().back().key != walker_.Klv().position) continue;
+        row.bytes.Refresh();
+        if (row.bytes.IsOpen()) return &row;
+    }
+    return nullptr;
+}
+
+/// Waits until there is more of the open element at the end of a row. \return false when nothing came
+bool CMxfSingleStreamParser::WaitForMore(CElementBytes& bytes, std::int64_t count)
+{
+    const CElementBytes::SPart& last = bytes.Parts().back();
+    const std::int64_t before = bytes.Size();
+    const std::int64_t most = std::clamp<std::int64_t>(count, 1, kReadStepBytes);
+    // With the last byte that is there, as a file is asked whether it is complete only where some bytes are.
+    const std::int64_t held = last.length > 0 ? 1 : 0;
+    (void)Context().input.View(last.value + last.length - held, static_cast<std::size_t>(most + held));
+    bytes.Refresh();
+    return bytes.Size() > before;
+}
+
 /// Looks for elements until the row is longer than `size`.
+/// \param isWaiting  false leaves what is still to be written of an open element for later
 /// \return found when it is; end when there are no more; needsData or failed
-CEssenceWalker::EStep CMxfSingleStreamParser::Extend(SRow& row, std::int64_t size)
+CEssenceWalker::EStep CMxfSingleStreamParser::Extend(SRow& row, std::int64_t size, bool isWaiting)
 {
     while (row.bytes.Size() <= size) {
         if (isWalked_) return EStep::end;
-        for (SRow& any : rows_) {
-            const bool isLast = !any.bytes.Parts().empty() && any.bytes.Parts().back().key == walker_.Klv().position;
-            if (isLast) any.bytes.Refresh();
-            if (!isLast || !any.bytes.IsOpen()) continue;
-            // It holds all there is; whatever it lacks is still to come.
-            if (row.bytes.Size() > size) return EStep::found;
-            return Context().input.IsComplete() || any.bytes.IsEnded() ? EStep::end : EStep::needsData;
+        if (SRow* const open = OpenRow()) { // it holds all there is; whatever it lacks is still to come
+            if (row.bytes.Size() > size) break;
+            if (Context().input.IsComplete() || open->bytes.IsEnded()) return EStep::end;
+            const bool hasCome = isWaiting && WaitForMore(open->bytes, size - row.bytes.Size() + 1);
+            if (!hasCome && !Context().input.IsComplete()) return EStep::needsData;
+            continue;
         }
         const EStep step = walker_.Next();
         if (step == EStep::end) isWalked_ = true;
@@ -83,6 +107,12 @@ CEssenceWalker::EStep CMxfSingleStreamParser::BeginOf(SLane& lane, std::int64_t 
         const auto behind = Context().input.Peek(first.value + first.length, SKlvHeader::kProbeSize);
         if (!row.bytes.IsOpen() && behind.size() == SKlvHeader::kProbeSize) (void)Extend(row, row.bytes.Size());
         row.cutter = MakeUnitCutter(lane.track.format, Context().index, row.bytes);
+        while (!row.cutter && row.bytes.IsOpen() && !Context().input.IsComplete() && !row.bytes.IsEnded()) {
+            // What comes may tell, or an index table at the end of the file.
+            if (!WaitForMore(row.bytes, kReadStepBytes) && !Context().input.IsComplete()) return EStep::needsData;
+            row.cutter = MakeUnitCutter(lane.track.format, Context().index, row.bytes);
+        }
+        if (!row.cutter) row.cutter = MakeElementCutter();
     }
     for (;;) {
         if (const auto known = row.cutter->Begin(row.bytes, unit)) {
@@ -109,8 +139,9 @@ CEssenceWalker::EStep CMxfSingleStreamParser::Locate(SLane& lane, std::int64_t f
     const EStep next = BeginOf(lane, to, span.end);
     if (next == EStep::needsData || next == EStep::failed) return next;
     if (next == EStep::found && span.end <= span.begin) return EStep::end; // an index that goes back
-    // One byte more shows whether anything follows.
-    const EStep more = Extend(row, next == EStep::found ? span.end : std::int64_t{1} << 62);
+    // One byte more shows whether anything follows; the sample does not wait for that.
+    EStep more = Extend(row, next == EStep::found ? span.end - 1 : std::int64_t{1} << 62);
+    if (more == EStep::found) more = Extend(row, span.end, false);
     const std::int64_t size = row.bytes.Size();
     if (next == EStep::found && span.end <= size) {
         span.isLast = more == EStep::end && span.end == size;
@@ -126,10 +157,15 @@ CEssenceWalker::EStep CMxfSingleStreamParser::Locate(SLane& lane, std::int64_t f
 /// Hands the streams' part of the step at hand to its receiver.
 CEssenceWalker::EStep CMxfSingleStreamParser::Offer(SLane& lane, bool& isTaken)
 {
-    SSpan span;
-    const EStep step = Locate(lane, FromStep(lane, step_), FromStep(lane, step_ + 1), span);
-    if (step != EStep::found) return step;
     SRow& row = RowOf(lane);
+    SSpan span;
+    const auto locate = [&] { return Locate(lane, FromStep(lane, step_), FromStep(lane, step_ + 1), span); };
+    EStep step = locate();
+    if (step != EStep::found) return step;
+    const bool isOver = row.bytes.IsEnded();
+    (void)row.bytes.View(span.begin,
+                         static_cast<std::size_t>(std::min<std::int64_t>(span.end - span.begin, kMaxSampleBytes)));
+    if (row.bytes.IsEnded() != isOver && (step = locate()) != EStep::found) return step; // it ends inside
     const auto count = static_cast<std::size_t>(std::min<std::int64_t>(span.end - span.begin, kMaxSampleBytes));
     SPiece piece{.unit = span.from, .editUnit = span.from, .duration = span.to - span.from};
     piece.bytes = row.bytes.View(span.begin, count);

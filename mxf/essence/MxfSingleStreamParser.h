@@ -54,7 +54,9 @@ private:
     const SRational& StepRate();
     std::int64_t FromStep(const SLane& lane, std::int64_t step);
     std::int64_t ToStep(const SLane& lane, std::int64_t editUnit);
-    EStep Extend(SRow& row, std::int64_t size);
+    SRow* OpenRow();
+    bool WaitForMore(CElementBytes& bytes, std::int64_t count);
+    EStep Extend(SRow& row, std::int64_t size, bool isWaiting = true);
     EStep BeginOf(SLane& lane, std::int64_t unit, std::int64_t& begin);
     EStep Locate(SLane& lane, std::int64_t from, std::int64_t to, SSpan& span);
     EStep Offer(SLane& lane, bool& isTaken);

@@ -120,6 +120,24 @@ std::int64_t DvFrameSize(CElementBytes& bytes)
     return 0;
 }
 
+/// The size of the frames of VC-3 (SMPTE ST 2019-1): all of a stream have the same, a whole number of 4096 bytes, and
+/// begin with the same fields of their header.
+std::int64_t Vc3FrameSize(CElementBytes& bytes)
+{
+    constexpr std::size_t kUnit = 4096, kMost = std::size_t{32} << 20;
+    constexpr std::size_t kPrefix = 5, kSizes = 24, kCompression = 40, kField = 4, kHead = kCompression + kField;
+    const auto view = bytes.View(0, kMost + kHead);
+    if (view.size() < kHead || view[0] != 0 || view[1] != 0) return 0;
+    for (std::size_t at = kUnit; view.size() >= kHead && at <= view.size() - kHead; at += kUnit) {
+        const auto isSame = [&](std::size_t from, std::size_t count) {
+            return std::ranges::equal(view.subspan(from, count), view.subspan(at + from, count));
+        };
+        if (isSame(0, kPrefix) && isSame(kSizes, kField) && isSame(kCompression, kField))
+            return static_cast<std::int64_t>(at);
+    }
+    return 0;
+}
+
 } // namespace
 
 CUnitCutter::~CUnitCutter() = default;
@@ -140,11 +158,15 @@ std::unique_ptr<CUnitCutter> MakeUnitCutter(const SStreamFormat& format, CMxfInd
             return std::make_unique<CIndexCutter>(*index, format.indexSid, isOneElement);
     }
     if (!isOneElement && format.wrapping != EWrapping::custom) return std::make_unique<CElementCutter>();
-    if (format.essenceKind == EEssenceKind::dv) {
-        const std::int64_t size = DvFrameSize(bytes);
-        if (size > 0) return std::make_unique<CConstantCutter>(size);
-    }
-    if (auto cutter = MakeStartCodeCutter(format, bytes)) return cutter;
+    std::int64_t size = 0;
+    if (format.essenceKind == EEssenceKind::dv) size = DvFrameSize(bytes);
+    if (format.essenceKind == EEssenceKind::vc3) size = Vc3FrameSize(bytes);
+    if (size > 0) return std::make_unique<CConstantCutter>(size);
+    return MakeStartCodeCutter(format, bytes);
+}
+
+std::unique_ptr<CUnitCutter> MakeElementCutter()
+{
     return std::make_unique<CElementCutter>();
 }
 

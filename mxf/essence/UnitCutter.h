@@ -31,8 +31,11 @@ protected:
 };
 
 /// The cutter for a stream. Sound is cut by the size of its samples; everything else by the index tables or, without
-/// them, by what the first bytes tell: the frame size of DV, the start codes of MPEG and AVC. Where nothing tells, and
-/// in frame wrapping, each element is an edit unit. \param index  may be null; borrowed
+/// them, by what the first bytes tell: the frame size of DV and VC-3, the start codes of MPEG and AVC. In frame
+/// wrapping each element is an edit unit. \param index  may be null; borrowed \return null where nothing tells, as far
+/// as the bytes are there
 std::unique_ptr<CUnitCutter> MakeUnitCutter(const SStreamFormat& format, CMxfIndexParser* index, CElementBytes& bytes);
+/// The cutter that makes each element an edit unit.
+std::unique_ptr<CUnitCutter> MakeElementCutter();
 
 } // namespace TamrelMxf
