@@ -44,11 +44,6 @@ inline constexpr int kMaxKeyFrameDistance = 1024;
 /// How often the size of edit units may change inside a table of constant sizes for their places to be added up.
 inline constexpr int kMaxSizeChanges = 1024;
 
-/// Edit units that are remembered of a file without index table, 8 bytes each: 38 hours at 60 a second.
-inline constexpr std::size_t kMaxNotedUnits = std::size_t{1} << 23;
-/// Stretches that they may lie in.
-inline constexpr std::size_t kMaxNotedRuns = 4096;
-
 /// One step of an allocation for data whose real size is not known.
 inline constexpr std::size_t kReadStepBytes = std::size_t{1} << 20;
 

@@ -3,7 +3,6 @@
 #include "mxf/Limits.h"
 #include "mxf/Status.h"
 #include "mxf/index/IndexTable.h"
-#include "mxf/index/NotedUnits.h"
 #include "mxf/klv/Keys.h"
 #include "mxf/klv/PartitionReading.h"
 
@@ -52,13 +51,11 @@ struct CMxfIndexParser::SImpl {
     CIndexTable* LoadAny(std::uint32_t indexSid);
     CIndexTable* LoadAll(std::uint32_t indexSid);
     CIndexTable* LoadAround(std::uint32_t indexSid, std::int64_t editUnit);
-    const CNotedUnits* Noted(std::uint32_t indexSid) const;
 
     CSourceReader* reader = nullptr;
     CLoggerT<CSnitcher> logger;
     CMxfUlDict dict; // nothing of a partition pack needs a name here
     std::map<std::uint32_t, CIndexTable> tables;
-    std::map<std::uint32_t, CNotedUnits> noted;
     std::map<std::int64_t, SVisit> visits; // by place of the partition
     std::map<std::int64_t, SRead> read;    // segments, by their place
     std::vector<std::int64_t> waiting;     // partitions that were not read yet, ascending
@@ -266,20 +263,6 @@ CIndexTable* CMxfIndexParser::SImpl::LoadAround(std::uint32_t indexSid, std::int
     return Known(indexSid);
 }
 
-const CNotedUnits* CMxfIndexParser::SImpl::Noted(std::uint32_t indexSid) const
-{
-    const auto found = noted.find(indexSid);
-    return found == noted.end() ? nullptr : &found->second;
-}
-
-void CMxfIndexParser::NoteUnit(std::uint32_t indexSid, std::int64_t editUnit, std::int64_t streamOffset,
-                               std::uint8_t flags)
-{
-    CIndexTable* const table = impl_->LoadAround(indexSid, editUnit);
-    if (table != nullptr && table->Covers(editUnit, editUnit)) return;
-    impl_->noted[indexSid].Note(editUnit, streamOffset, flags);
-}
-
 bool CMxfIndexParser::HasTable(std::uint32_t indexSid)
 {
     return impl_->LoadAny(indexSid) != nullptr;
@@ -313,21 +296,13 @@ std::optional<std::uint32_t> CMxfIndexParser::ConstantSize(std::uint32_t indexSi
 std::optional<SIndexedUnit> CMxfIndexParser::Find(std::uint32_t indexSid, std::int64_t editUnit)
 {
     CIndexTable* const table = impl_->LoadAround(indexSid, editUnit);
-    std::optional<SIndexedUnit> found;
-    if (table != nullptr) found = table->Find(editUnit);
-    const CNotedUnits* const noted = impl_->Noted(indexSid);
-    if (noted != nullptr && !found) found = noted->Find(editUnit);
-    return found;
+    return table != nullptr ? table->Find(editUnit) : std::nullopt;
 }
 
 std::optional<std::int64_t> CMxfIndexParser::StoredAt(std::uint32_t indexSid, std::int64_t position)
 {
     CIndexTable* const table = impl_->LoadAround(indexSid, position);
-    std::optional<std::int64_t> stored;
-    if (table != nullptr) stored = table->StoredAt(position);
-    const CNotedUnits* const noted = impl_->Noted(indexSid);
-    if (noted != nullptr && !stored && noted->Has(position)) stored = position;
-    return stored;
+    return table != nullptr ? table->StoredAt(position) : std::nullopt;
 }
 
 std::int64_t CMxfIndexParser::ReorderDelay(std::uint32_t indexSid)
@@ -339,25 +314,14 @@ std::int64_t CMxfIndexParser::ReorderDelay(std::uint32_t indexSid)
 std::optional<std::int64_t> CMxfIndexParser::UnitAtOffset(std::uint32_t indexSid, std::int64_t streamOffset)
 {
     CIndexTable* const table = impl_->LoadAll(indexSid);
-    std::optional<std::int64_t> unit;
-    if (table != nullptr) unit = table->UnitAtOffset(streamOffset);
-    const CNotedUnits* const noted = impl_->Noted(indexSid);
-    auto other = noted != nullptr ? noted->UnitAtOffset(streamOffset) : std::nullopt;
-    // A unit that was noted before a table told of it is hidden. Of both answers the later unit lies further on.
-    if (other && table != nullptr && table->Covers(*other, *other)) other.reset();
-    return std::max(unit, other);
+    return table != nullptr ? table->UnitAtOffset(streamOffset) : std::nullopt;
 }
 
 std::optional<std::int64_t> CMxfIndexParser::ElementOffset(std::uint32_t indexSid, std::int64_t editUnit,
                                                            std::size_t element)
 {
     CIndexTable* const table = impl_->LoadAround(indexSid, editUnit);
-    std::optional<std::int64_t> offset;
-    if (table != nullptr) offset = table->ElementOffset(editUnit, element);
-    if (offset || element > 0) return offset;
-    const CNotedUnits* const noted = impl_->Noted(indexSid);
-    const auto unit = noted != nullptr ? noted->Find(editUnit) : std::nullopt;
-    return unit ? std::optional{unit->streamOffset} : std::nullopt;
+    return table != nullptr ? table->ElementOffset(editUnit, element) : std::nullopt;
 }
 
 } // namespace TamrelMxf

@@ -34,10 +34,6 @@ public:
     /// \return 0; -3 when it is no index table segment; -9 when an item of it is cut short, which costs that item; -1
     ///   when it cannot be used
     int ImportSegment(const CKlv& klv);
-    /// Adds an edit unit that was met while essence was walked through, for files without a table. Those that a table
-    /// covers are ignored, so are those that are known, and those that do not lie behind the one in front of them.
-    /// \param flags  as in an index entry; for a picture that depends on others 20h or 10h must be set
-    void NoteUnit(std::uint32_t indexSid, std::int64_t editUnit, std::int64_t streamOffset, std::uint8_t flags);
     void Reset();
 
     /// True when there is a table, loaded or waiting to be, for `indexSid`.
@@ -46,16 +42,16 @@ public:
     /// until the next call of any other operation.
     const std::vector<const CMxfIndexSegment*>& Segments(std::uint32_t indexSid);
     /// Edit units that the table covers without a gap, from edit unit 0 on; nothing when sizes are constant to the end
-    /// and no duration is stated. 0 without a table. Noted units do not count.
+    /// and no duration is stated. 0 without a table.
     std::optional<std::int64_t> CoveredUnits(std::uint32_t indexSid);
     SRational EditRate(std::uint32_t indexSid);
     /// Bytes of every edit unit when they are all of one size.
     std::optional<std::uint32_t> ConstantSize(std::uint32_t indexSid);
 
     /// \param editUnit  stored
-    /// \return nothing when no table covers it and it was not noted
+    /// \return nothing when no table covers it
     std::optional<SIndexedUnit> Find(std::uint32_t indexSid, std::int64_t editUnit);
-    /// The stored edit unit that is shown at `position`; nothing when no table covers that and it was not noted.
+    /// The stored edit unit that is shown at `position`; nothing when no table covers that.
     std::optional<std::int64_t> StoredAt(std::uint32_t indexSid, std::int64_t position);
     /// How far stored order runs ahead of display order at most: 0 without reordering.
     std::int64_t ReorderDelay(std::uint32_t indexSid);

@@ -245,30 +245,4 @@ TEST(IndexTables, BrokenSegmentsAreKeptAsFarAsTheyGo)
     EXPECT_EQ(parser.ImportSegment(CKlv{}), kOutOfRange);
 }
 
-TEST(IndexTables, NotedUnitsStandWhereNoTableDoes)
-{
-    CMxfIndexParser parser{nullptr, {}};
-    const Pairs notes{{2, 200}, {3, 300}, {3, 310}, {4, 250}, {4, 400}, {8, 800},
-                      {6, 900}, {6, 600}, {7, 700}, {-1, 0},  {9, -1}};
-    for (const auto& [unit, offset] : notes)
-        parser.NoteUnit(kSid, unit, offset, unit % 2 == 0 ? 0x80 : 0x22);
-    EXPECT_FALSE(parser.HasTable(kSid));
-    const Pairs sizes{{2, 100}, {3, 100}, {4, -1}, {6, 100}, {7, 100}, {8, -1}};
-    for (const auto& [unit, size] : sizes) {
-        const auto found = parser.Find(kSid, unit).value();
-        EXPECT_EQ(found.streamOffset, unit * 100);
-        EXPECT_EQ(found.size, size) << unit;
-        EXPECT_EQ(found.keyFrame, unit - unit % 2);
-        EXPECT_THAT(parser.UnitAtOffset(kSid, unit * 100 + 99), Optional(unit));
-    }
-    EXPECT_EQ(parser.Find(kSid, 5), std::nullopt);
-    EXPECT_THAT(parser.StoredAt(kSid, 3), Optional(3));
-    EXPECT_THAT(parser.ElementOffset(kSid, 3, 0), Optional(300));
-
-    import(parser, {{.start = 3, .entries = steps(1, 333, 0) }});
-    EXPECT_EQ(parser.Find(kSid, 3).value().streamOffset, 333) << "the table knows better";
-    EXPECT_EQ(parser.Find(kSid, 2).value().streamOffset, 200);
-    EXPECT_THAT(parser.UnitAtOffset(kSid, 650), Optional(6)) << "behind the table";
-}
-
 } // namespace
