@@ -1,4 +1,8 @@
+#include "tests/mxf/demuxer/DemuxerFile.h"
 #include "tests/mxf/essence/EssenceFile.h"
+#include "tests/support/FakeClock.h"
+#include "tests/support/RecordingSnitcher.h"
+#include "tests/support/ShellTools.h"
 #include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
@@ -221,5 +225,90 @@ TEST_P(RealEssence, SeekingDeliversWhatPlayingDoes)
         }
     }
 }
+
+/// Clips in one element, whose length is written at the end.
+struct Clip {
+    const char* name;
+    const char* arguments;
+};
+
+class RealClip : public testing::TestWithParam<Clip> {
+protected:
+    void SetUp() override
+    {
+        const TempFolder folder;
+        const std::string path = folder.file("a.mxf");
+        if (!zanfcp::test::succeeds("ffmpeg -nostdin -y " + std::string{GetParam().arguments} + " -f mxf_opatom " +
+                                    path))
+            GTEST_SKIP() << "no ffmpeg with this encoder";
+        const std::string file = readFile(path);
+        whole.assign(file.begin(), file.end());
+        const std::vector<std::uint8_t> key{0x06, 0x0E, 0x2B, 0x34, 0x01, 0x02, 0x01, 0x01, 0x0D, 0x01, 0x03, 0x01};
+        const auto element = std::ranges::search(whole, key).begin();
+        ASSERT_NE(element, whole.end());
+        begin = static_cast<std::size_t>(element - whole.begin());
+        Playing playing{whole};
+        ASSERT_EQ(playing.PlayAll(), kEnded);
+        expected = std::move(playing.streams[0].taken);
+        ASSERT_GT(expected.size(), 3U);
+        std::fill_n(element + 17, whole[begin + 16] & 0x0F, std::uint8_t{0}); // its length
+    }
+
+    std::vector<std::uint8_t> whole;
+    std::size_t begin = 0; ///< of the element
+    std::vector<Taken> expected;
+};
+
+TEST_P(RealClip, IsDeliveredWhileItIsWritten)
+{
+    for (const std::size_t first : {std::size_t{0}, std::size_t{25}, std::size_t{30}, std::size_t{100'000}}) {
+        SCOPED_TRACE(first);
+        const auto upTo = [&](std::size_t count) {
+            return std::vector(whole.begin(),
+                               whole.begin() + static_cast<std::ptrdiff_t>(std::min(count, whole.size())));
+        };
+        std::vector<std::uint8_t> written = upTo(begin + first);
+        zanfcp::test::FakeClock clock;
+        clock.onSleep = [&] { written = upTo(written.size() + whole.size() / 10); };
+        zanfcp::test::RecordingSnitcher sink;
+        CMxfDemuxer demuxer{clock};
+        mxf_demuxer_config config{};
+        config.timeout = 3;
+        ASSERT_EQ(demuxer.Open(std::make_unique<BorrowedSource>(written), &config, CLoggerT<CSnitcher>{&sink}), 0);
+        Keeper keeper;
+        ASSERT_EQ(demuxer.CreateParser(0), 0);
+        ASSERT_EQ(demuxer.AddStream(0, 0, &keeper), 0);
+        int result = 0;
+        while ((result = demuxer.Push(0)) == kDelivered) {
+        }
+        EXPECT_EQ(result, kEnded);
+        EXPECT_LT(clock.sleeps.size(), 15U) << "waited for more when all was there";
+        ASSERT_EQ(keeper.taken.size(), expected.size());
+        for (std::size_t i = 0; i < expected.size(); ++i)
+            EXPECT_EQ(keeper.taken[i].bytes, expected[i].bytes) << i;
+        EXPECT_TRUE(
+            std::ranges::none_of(sink.lines, [](const auto& line) { return line.find("amaged") != line.npos; }));
+    }
+}
+
+TEST_P(RealClip, CutOffDeliversItsWholeUnits)
+{
+    const auto fourth = static_cast<std::size_t>(expected[3].sample.position);
+    whole.resize(fourth + 100);
+    Playing playing{whole};
+    EXPECT_EQ(playing.PlayAll(), kNeedsData);
+    const std::vector<Taken>& taken = playing.streams[0].taken;
+    ASSERT_EQ(taken.size(), 3U);
+    for (std::size_t i = 0; i < 3; ++i)
+        EXPECT_EQ(taken[i].bytes, expected[i].bytes) << i;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    All, RealClip,
+    testing::Values(Clip{"Vc3", HIGH "-c:v dnxhd -b:v 36M -pix_fmt yuv422p"},
+                    Clip{"Vc3Resolution", PICTURE "-c:v dnxhd -profile:v dnxhr_lb -pix_fmt yuv422p"},
+                    Clip{"Dv", "-f lavfi -i testsrc2=s=720x576:r=25:d=0.4 -c:v dvvideo -pix_fmt yuv420p"},
+                    Clip{"Sound", SOUND "-c:a pcm_s16le"}),
+    [](const auto& one) { return std::string{one.param.name}; });
 
 } // namespace
