@@ -17,8 +17,8 @@ CMxfStreamDemuxer* mxfDemuxStreamNew()
 int mxfDemuxStreamOpen(CMxfStreamDemuxer* demuxer, const mxf_stream_demuxer_config* config, CSnitcher* sink,
                        SMemoryStream** stream)
 {
-    if (stream != nullptr) *stream = nullptr;
     if (demuxer == nullptr || stream == nullptr) return kNullArgument;
+    *stream = nullptr;
     const int status = demuxer->Open(config, sink);
     if (status == kSuccess) *stream = demuxer;
     return status;
