@@ -1,29 +1,10 @@
 #include "mxf/essence/PictureOrder.h"
 
+#include "mxf/avc/NalUnit.h"
 #include "mxf/essence/AvcPictureOrder.h"
 #include "mxf/essence/MpegPictureOrder.h"
 
-#include <cstring>
-
 namespace TamrelMxf {
-namespace {
-
-/// The place of the start code prefix 00 00 01 at or behind `from`, with at least `room` bytes behind it; the size of
-/// the bytes when there is none.
-std::size_t FindStartCode(std::span<const std::uint8_t> bytes, std::size_t from, std::size_t room)
-{
-    const std::size_t end = bytes.size();
-    for (std::size_t at = from + 2; at < end;) {
-        const void* one = std::memchr(bytes.data() + at, 1, end - at);
-        if (one == nullptr) break;
-        at = static_cast<std::size_t>(static_cast<const std::uint8_t*>(one) - bytes.data());
-        if (bytes[at - 1] == 0 && bytes[at - 2] == 0) return end - at - 1 >= room ? at - 2 : end;
-        ++at;
-    }
-    return end;
-}
-
-} // namespace
 
 CPictureOrder::~CPictureOrder() = default;
 
@@ -32,9 +13,9 @@ std::optional<SPicturePlace> CMpegPictureOrder::Describe(std::span<const std::ui
     constexpr std::uint8_t kPicture = 0x00, kExtension = 0xB5, kGroup = 0xB8;
     constexpr std::uint8_t kSequenceExtension = 1;
     constexpr unsigned kIntra = 1;
-    constexpr std::size_t kNeeded = 7; // the start code value and what is looked at behind it
-    for (std::size_t at = FindStartCode(picture, 0, kNeeded); at < picture.size();
-         at = FindStartCode(picture, at + 3, kNeeded)) {
+    constexpr std::size_t kNeeded = 3 + 7; // a start code and what is looked at behind it
+    for (std::size_t at = FindStartCode(picture, 0); at + kNeeded <= picture.size();
+         at = FindStartCode(picture, at + 3)) {
         const std::uint8_t* const code = picture.data() + at + 3;
         if (*code == kExtension && code[1] >> 4 == kSequenceExtension) isLowDelay_ = (code[6] & 0x80) != 0;
         if (*code == kGroup) groupStart_ = stored;

@@ -1,15 +1,13 @@
 #include "mxf/essence/StartCodeCutter.h"
 
 #include "mxf/Limits.h"
+#include "mxf/avc/NalUnit.h"
 
 #include <algorithm>
-#include <string_view>
 #include <utility>
 
 namespace TamrelMxf {
 namespace {
-
-constexpr std::string_view kPrefix{"\0\0\1", 3};
 
 /// MPEG-1 and MPEG-2 (ISO/IEC 13818-2): the two fields of a frame stay together.
 class CMpegCutter final : public CStartCodeCutter {
@@ -67,9 +65,8 @@ std::optional<std::int64_t> CStartCodeCutter::Begin(CElementBytes& bytes, std::i
     while (std::cmp_greater_equal(unit, begins_.size())) {
         const auto view = bytes.View(searched_, kStep);
         if (view.size() < kLookedAt || begins_.size() >= kMaxWalkedUnits) return std::nullopt;
-        const std::string_view text{reinterpret_cast<const char*>(view.data()), view.size()};
         std::size_t at = 0;
-        for (; (at = text.find(kPrefix, at)) != std::string_view::npos && at + kLookedAt <= view.size(); at += 3) {
+        for (; (at = FindStartCode(view, at)) + kLookedAt <= view.size(); at += 3) {
             const std::int64_t place = searched_ + static_cast<std::int64_t>(at);
             if (BeginsPicture(view.subspan(at + 3)) && place > begins_.back()) begins_.push_back(place);
         }
@@ -81,7 +78,7 @@ std::optional<std::int64_t> CStartCodeCutter::Begin(CElementBytes& bytes, std::i
 
 std::unique_ptr<CUnitCutter> MakeStartCodeCutter(const SStreamFormat& format, CElementBytes& bytes)
 {
-    const auto first = bytes.View(0, kPrefix.size() + 1);
+    const auto first = bytes.View(0, 4);
     const bool hasZero = first.size() > 3 && first[0] == 0 && first[1] == 0 && (first[2] == 1 || first[3] == 1);
     if (!hasZero) return nullptr;
     if (format.essenceKind == EEssenceKind::mpegPicture) return std::make_unique<CMpegCutter>();
