@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <cerrno>
+#include <csignal>
 #include <cstring>
 #include <fcntl.h>
 #include <filesystem>
@@ -69,6 +70,23 @@ FileDescriptor createBeside(const std::string& target, std::string& temporary)
         return ::open(name, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
     })};
 }
+
+/// Holds back signals while it lives, so that none ends the program between two calls that belong together.
+class SignalsHeld {
+public:
+    SignalsHeld()
+    {
+        sigset_t all;
+        ::sigfillset(&all);
+        ::pthread_sigmask(SIG_SETMASK, &all, &before_);
+    }
+    ~SignalsHeld() { ::pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
+    SignalsHeld(const SignalsHeld&) = delete;
+    SignalsHeld& operator=(const SignalsHeld&) = delete;
+
+private:
+    sigset_t before_{};
+};
 
 } // namespace
 
@@ -143,17 +161,25 @@ Status AtomicFile::commit()
 {
     if (place_ == Place::target) return {};
     if (::fsync(descriptor_.value()) != 0) return systemError("flush", target_, errno);
+    // From here to the end only what must be: a name beside the target stays when the program is killed in between.
+    // Closing comes last; of a file that is flushed it has nothing left to tell.
+    const SignalsHeld held;
     if (place_ == Place::unnamed) {
-        // A link cannot replace a file, and a rename needs a name: both are needed.
         const std::string own = std::string(kOwnDescriptors) + "/" + std::to_string(descriptor_.value());
-        const int linked = takeNameBeside(target_, temporary_, [&own](const char* name) {
+        const auto link = [&own](const char* name) {
             return ::linkat(AT_FDCWD, own.c_str(), AT_FDCWD, name, AT_SYMLINK_FOLLOW);
-        });
-        if (linked != 0) return systemError("name", target_, errno);
+        };
+        if (link(target_.c_str()) == 0) {
+            descriptor_.reset();
+            return {};
+        }
+        // A link cannot replace a file, and a rename needs a name: both are needed.
+        if (errno != EEXIST || takeNameBeside(target_, temporary_, link) != 0)
+            return systemError("name", target_, errno);
     }
-    if (::close(descriptor_.release()) != 0) return systemError("close", target_, errno);
     if (::rename(temporary_.c_str(), target_.c_str()) != 0) return systemError("rename to", target_, errno);
     temporary_.clear();
+    descriptor_.reset();
     return {};
 }
 

@@ -10,9 +10,10 @@
 namespace zanfcp {
 
 /// Writes a file whole or not at all: without a name, or under a temporary one beside the target where the file system
-/// has no files without a name, then flushed to the disk and renamed. Without `commit` nothing of it stays. A target
-/// that is no regular file (a device, a FIFO) is written in place; symbolic links are followed, and what they lead to
-/// is replaced, or made.
+/// has no files without a name, then flushed to the disk and renamed. Without `commit` nothing of it stays; only
+/// SIGKILL between the last two calls of a replacement leaves the whole new file as `.NAME.PID-N.tmp`, and where files
+/// must have a name, any end of the program leaves what was written. A target that is no regular file (a device, a
+/// FIFO) is written in place; symbolic links are followed, and what they lead to is replaced, or made.
 class AtomicFile {
 public:
     /// What becomes of a symbolic link, or of anything else that is no regular file, at the path.
@@ -34,7 +35,7 @@ public:
     Status overwrite(std::uint64_t offset, std::string_view bytes);
     /// Whether `overwrite` is possible.
     bool canOverwrite() const { return place_ != Place::target; }
-    /// Makes the file appear under its name. Call once, last.
+    /// Makes the file appear under its name. Call once, last. Signals are held back for the moment that takes.
     Status commit();
 
 private:

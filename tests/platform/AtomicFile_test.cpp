@@ -2,8 +2,11 @@
 
 #include "tests/support/TempFolder.h"
 
+#include <csignal>
+#include <fcntl.h>
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <sys/inotify.h>
 #include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
@@ -85,6 +88,47 @@ TEST(AtomicFile, OldContentStaysWithoutCommit)
     }
     EXPECT_EQ(readFile(path), "old");
     EXPECT_EQ(namesIn(folder.path()).size(), 1U);
+}
+
+/// The names that come up in `folder` while `act` runs.
+template <typename Act> std::vector<std::string> namesDuring(const fs::path& folder, Act act)
+{
+    const FileDescriptor watch{::inotify_init1(IN_NONBLOCK | IN_CLOEXEC)};
+    EXPECT_GE(::inotify_add_watch(watch.value(), folder.c_str(), IN_CREATE | IN_MOVED_TO), 0);
+    act();
+    alignas(inotify_event) char events[4096];
+    const ssize_t size = ::read(watch.value(), events, sizeof events);
+    std::vector<std::string> names;
+    for (ssize_t at = 0; at < size;) {
+        const auto* event = reinterpret_cast<const inotify_event*>(events + at);
+        names.emplace_back(event->name);
+        at += static_cast<ssize_t>(sizeof(inotify_event) + event->len);
+    }
+    return names;
+}
+
+TEST(AtomicFile, NewFileNeverHasAnotherNameThatAKilledProgramCouldLeave)
+{
+    const TempFolder folder;
+    if (const int probe = ::open(folder.path().c_str(), O_WRONLY | O_TMPFILE | O_CLOEXEC, 0600); probe >= 0)
+        ::close(probe);
+    else
+        GTEST_SKIP() << "this file system has no files without a name";
+    const std::string path = folder.file("show.xml");
+    EXPECT_EQ(namesDuring(folder.path(), [&] { writeWhole(path, "new"); }), std::vector<std::string>{"show.xml"});
+    EXPECT_EQ(namesDuring(folder.path(), [&] { writeWhole(path, "newer"); }).back(), "show.xml");
+    EXPECT_EQ(readFile(path), "newer");
+}
+
+TEST(AtomicFile, SignalsAreOnlyHeldDuringCommit)
+{
+    const TempFolder folder;
+    sigset_t before, after;
+    ASSERT_EQ(::pthread_sigmask(SIG_SETMASK, nullptr, &before), 0);
+    writeWhole(folder.file("a"), "new");
+    ASSERT_EQ(::pthread_sigmask(SIG_SETMASK, nullptr, &after), 0);
+    for (const int number : {SIGINT, SIGTERM, SIGHUP})
+        EXPECT_EQ(::sigismember(&after, number), ::sigismember(&before, number)) << number;
 }
 
 TEST(AtomicFile, MovedFileIsFinishedOnce)
