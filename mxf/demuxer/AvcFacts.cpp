@@ -31,6 +31,7 @@ void Complete(SStreamFormat& format, const SAvcFormat& coded)
         format.verticalSubsampling = coded.chroma == EAvcChroma::yuv420 ? 2 : 1;
     }
     if (coded.isIntraOnly) format.maxGop = 1;
+    format.reorderDepth = coded.reorderFrames;
     if (format.width == 0 || format.height == 0) {
         format.width = coded.codedWidth;
         format.height = format.frameHeight = coded.codedHeight;

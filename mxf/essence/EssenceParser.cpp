@@ -97,7 +97,12 @@ std::optional<SIndexedUnit> CEssenceParser::FindOrdered(const SLane& lane, std::
 {
     auto indexed = FindIndexed(unit);
     if (!indexed || lane.order == nullptr) return indexed;
-    if (!isOrderIndexed_) isOrderIndexed_ = context_.index->ReorderDelay(IndexSid()) > 0;
+    if (!isOrderIndexed_) {
+        // Not in the standard: some writers leave the order of AVC pictures out of their tables.
+        const SStreamFormat& format = lane.track.format;
+        const bool isLeftOut = format.essenceKind == EEssenceKind::avc && format.reorderDepth != 0;
+        isOrderIndexed_ = !isLeftOut || context_.index->ReorderDelay(IndexSid()) > 0;
+    }
     return *isOrderIndexed_ ? indexed : std::nullopt;
 }
 
@@ -110,7 +115,12 @@ CEssenceParser::STimes CEssenceParser::TimesOf(SLane& lane, std::int64_t unit, s
     times.isKey = indexed ? indexed->isKey : unit == 0; // where nothing tells of the others
     if (ordered) {
         times.displayed = ordered->displayed;
-        if (!delay_) delay_ = context_.index->ReorderDelay(IndexSid());
+        if (!delay_ && (lane.order == nullptr || !bytes.empty())) {
+            // As much as the stream allows: so a stream that is pushed, without its tables, has the same times.
+            if (lane.order != nullptr) (void)lane.order->Describe(bytes, unit);
+            const std::int64_t allowed = lane.order != nullptr ? lane.order->Delay() : 0;
+            delay_ = std::max(context_.index->ReorderDelay(IndexSid()), allowed);
+        }
     } else if (lane.order != nullptr && !bytes.empty()) {
         if (lane.ordered != unit) {
             if (lane.ordered != unit - 1) lane.order->Restart();
@@ -121,7 +131,7 @@ CEssenceParser::STimes CEssenceParser::TimesOf(SLane& lane, std::int64_t unit, s
         if (!indexed) times.isKey = lane.described.isKey;
         if (!delay_) delay_ = lane.order->Delay();
     }
-    times.delay = delay_.value_or(0);
+    times.delay = delay_ ? *delay_ : ordered ? context_.index->ReorderDelay(IndexSid()) : 0;
     return times;
 }
 

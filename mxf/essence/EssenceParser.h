@@ -114,8 +114,9 @@ protected:
     std::int64_t ToContainer(const SLane& lane, std::int64_t editUnit);
 
     std::optional<SIndexedUnit> FindIndexed(std::int64_t unit) const;
-    /// FindIndexed where the table tells the order of the pictures as well. One that never moves a picture may just
-    /// leave that out, as some writers do: then the pictures themselves are asked, if their coding is read.
+    /// FindIndexed where the table tells the order of the pictures as well. One that never moves an AVC picture,
+    /// although the stream allows it, may just leave that out, as some writers do: then the pictures themselves are
+    /// asked.
     std::optional<SIndexedUnit> FindOrdered(const SLane& lane, std::int64_t unit);
     /// \param bytes  of the sample; empty when only the index tables can tell
     STimes TimesOf(SLane& lane, std::int64_t unit, std::span<const std::uint8_t> bytes);

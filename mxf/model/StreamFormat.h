@@ -89,6 +89,8 @@ struct SStreamFormat {
     std::uint16_t maxGop = 0; ///< pictures; 1 for intra-only
     std::uint16_t maxBPictureCount = 0;
     bool isClosedGop = false, isIdenticalGop = false;
+    /// How many pictures may be stored in front of one that is shown before them; -1 while only the essence knows.
+    std::int32_t reorderDepth = -1;
 
     // sound
     double sampleRate = 0; ///< Hz
