@@ -8,10 +8,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <sstream>
 #include <string>
+#include <sys/stat.h>
 #include <vector>
 
 namespace {
@@ -19,6 +21,7 @@ namespace {
 using namespace TamrelMxf;
 using namespace TamrelMxf::test;
 using zanfcp::test::readFile;
+using zanfcp::test::succeeds;
 using zanfcp::test::TempFolder;
 
 #define PICTURE "-f lavfi -i testsrc2=s=320x240:r=25:d=1.6 "
@@ -310,5 +313,62 @@ INSTANTIATE_TEST_SUITE_P(
                     Clip{"Dv", "-f lavfi -i testsrc2=s=720x576:r=25:d=0.4 -c:v dvvideo -pix_fmt yuv420p"},
                     Clip{"Sound", SOUND "-c:a pcm_s16le"}),
     [](const auto& one) { return std::string{one.param.name}; });
+
+/// Bytes read from a file.
+struct CountedFile {
+    std::FILE* file = nullptr;
+    std::int64_t bytes = 0;
+
+    static CountedFile& of(void* context) { return *static_cast<CountedFile*>(context); }
+    mxf_demuxer_config config()
+    {
+        mxf_demuxer_config made{};
+        made.use_external_io = 1;
+        made.lazy_index_loading = 1;
+        made.io.open = [](void* context, const char* path, void**) -> std::int32_t {
+            of(context).file = std::fopen(path, "rb");
+            return of(context).file == nullptr ? -1 : 0;
+        };
+        made.io.seek = [](void* context, void*, std::int64_t to) -> std::int32_t {
+            return std::fseek(of(context).file, static_cast<long>(std::max<std::int64_t>(to, 0)),
+                              to < 0 ? SEEK_END : SEEK_SET);
+        };
+        made.io.read = [](void* context, void*, void* buffer, std::size_t count) -> std::int32_t {
+            const auto got = static_cast<std::int32_t>(std::fread(buffer, 1, count, of(context).file));
+            of(context).bytes += got;
+            return got;
+        };
+        made.io.close = [](void* context, void**) -> std::int32_t { return std::fclose(of(context).file); };
+        made.io.get_size = [](void* context, void*) {
+            struct stat found {};
+            return fstat(fileno(of(context).file), &found) == 0 ? std::int64_t{found.st_size} : std::int64_t{-1};
+        };
+        made.io.context = this;
+        return made;
+    }
+};
+
+TEST(Seeking, ReadsNoEssenceInFrontOfWhereTheIndexLeads)
+{
+    if (!succeeds("ffmpeg -version")) GTEST_SKIP() << "no ffmpeg";
+    const TempFolder folder;
+    for (const char* coding :
+         {"-c:v mpeg2video -bf 0 -g 5", "-c:v mpeg2video -bf 2 -g 12", "-c:v libx264 -bf 0 -g 12"}) {
+        SCOPED_TRACE(coding);
+        const std::string path = folder.file("long.mxf");
+        ASSERT_TRUE(
+            succeeds(std::string("ffmpeg -y -f lavfi -i testsrc2=s=640x360:r=25:d=12 -b:v 8M ") + coding + " " + path));
+        CountedFile counted;
+        const mxf_demuxer_config config = counted.config();
+        TamrelMxf::CMxfDemuxer demuxer;
+        ASSERT_EQ(demuxer.Open(path.c_str(), &config, nullptr), 0);
+        ASSERT_EQ(demuxer.CreateParser(0), 0);
+        mxf_dmuxer_seek seek{};
+        seek.position = 250;
+        ASSERT_EQ(demuxer.Seek(0, &seek), 0);
+        ASSERT_EQ(demuxer.Push(0), 0);
+        EXPECT_LT(counted.bytes, 1'000'000) << "of some ten million";
+    }
+}
 
 } // namespace
