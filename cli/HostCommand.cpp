@@ -6,6 +6,7 @@
 #include <atomic>
 #include <csignal>
 #include <memory>
+#include <optional>
 
 namespace zanfcp::cli {
 namespace {
@@ -18,13 +19,36 @@ struct Arguments {
 std::atomic<ZANFCPProjectHost*> runningHost = nullptr; // what the signal handler can reach
 static_assert(std::atomic<ZANFCPProjectHost*>::is_always_lock_free);
 
+constexpr int kStopSignals[] = {SIGTERM, SIGINT, SIGHUP}; // the last one when the terminal was closed
+
 void stopHost(int)
 {
     if (ZANFCPProjectHost* host = runningHost.load()) host->stop();
 }
 
+/// Holds back the signals that stop the host, until there is one to be stopped.
+class StopSignalsBlocked {
+public:
+    StopSignalsBlocked()
+    {
+        sigset_t signals;
+        ::sigemptyset(&signals);
+        for (const int number : kStopSignals)
+            ::sigaddset(&signals, number);
+        ::pthread_sigmask(SIG_BLOCK, &signals, &before_);
+    }
+    ~StopSignalsBlocked() { ::pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
+    StopSignalsBlocked(const StopSignalsBlocked&) = delete;
+    StopSignalsBlocked& operator=(const StopSignalsBlocked&) = delete;
+
+private:
+    sigset_t before_{};
+};
+
 ExitCode host(const Arguments& arguments, Console& console)
 {
+    // Its socket shows that it runs, so from then on a signal must end it as it should be ended.
+    std::optional<StopSignalsBlocked> blocked{std::in_place};
     auto opened = ZANFCPProjectHost::open({.socketPath = arguments.socket, .projectsFolder = arguments.projects});
     if (!opened) {
         console.error(opened.error().what);
@@ -34,9 +58,9 @@ ExitCode host(const Arguments& arguments, Console& console)
     runningHost = opened->get();
     struct sigaction stop {};
     stop.sa_handler = stopHost;
-    ::sigaction(SIGTERM, &stop, nullptr);
-    ::sigaction(SIGINT, &stop, nullptr);
-    ::sigaction(SIGHUP, &stop, nullptr); // the terminal was closed
+    for (const int number : kStopSignals)
+        ::sigaction(number, &stop, nullptr);
+    blocked.reset();
     // A limit on file sizes is answered like a full disk.
     std::signal(SIGXFSZ, SIG_IGN);
 

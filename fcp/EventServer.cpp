@@ -92,8 +92,10 @@ Result<std::unique_ptr<EventServer>> EventServer::open(Settings settings, Handle
 Status EventServer::listenOn()
 {
     const std::string& path = settings_.socketPath;
-    const auto address = localAddress(path);
-    if (!address) return Error{.fault = Fault::limit, .what = "\"" + path + "\" cannot be the path of a socket"};
+    const std::string early = path + ".new";
+    const auto address = localAddress(path), earlyAddress = localAddress(early);
+    if (!address || !earlyAddress)
+        return Error{.fault = Fault::limit, .what = "\"" + path + "\" cannot be the path of a socket"};
     const std::string folder = std::filesystem::path(path).parent_path().string();
     if (Status prepared = preparePrivateFolder(folder.empty() ? "." : folder); !prepared) return prepared;
 
@@ -109,19 +111,24 @@ Status EventServer::listenOn()
     if (::lstat(path.c_str(), &found) == 0) {
         if (!S_ISSOCK(found.st_mode)) return Error{.fault = Fault::io, .what = path + " is there and is no socket"};
         if (somebodyListens(*address)) return live;
-        if (::unlink(path.c_str()) != 0) return refused("could not replace", path, errno);
     }
     FileDescriptor listener{::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0)};
     if (!listener) return refused("could not make a socket for", path, errno);
     // Linux gives the file the mode of the socket, so it is never there with a wider one.
     if (::fchmod(listener.value(), 0600) != 0) return refused("could not set the mode of", path, errno);
-    if (::bind(listener.value(), reinterpret_cast<const sockaddr*>(&*address), sizeof *address) != 0)
-        return refused("could not bind", path, errno);
-    if (::lstat(path.c_str(), &found) != 0) return refused("could not look at", path, errno);
+    // It gets its name when it listens already: whoever sees it can connect. The lock covers the first name too.
+    ::unlink(early.c_str());
+    if (::bind(listener.value(), reinterpret_cast<const sockaddr*>(&*earlyAddress), sizeof *earlyAddress) != 0)
+        return refused("could not bind", early, errno);
+    if (::listen(listener.value(), SOMAXCONN) != 0 || ::lstat(early.c_str(), &found) != 0 ||
+        ::rename(early.c_str(), path.c_str()) != 0) {
+        const int number = errno;
+        ::unlink(early.c_str());
+        return refused("could not listen on", path, number);
+    }
     socketDevice_ = found.st_dev;
     socketInode_ = found.st_ino;
     listener_ = std::move(listener);
-    if (::listen(listener_.value(), SOMAXCONN) != 0) return refused("could not listen on", path, errno);
     return {};
 }
 

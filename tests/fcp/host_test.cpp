@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <sys/inotify.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace zanfcp {
 namespace {
@@ -204,6 +206,24 @@ TEST(ProjectHost, SocketIsTheUsersAlone)
     EXPECT_EQ(found.st_mode & 07777, 0600U);
     ASSERT_EQ(::stat(fs::path(host.socket()).parent_path().c_str(), &found), 0);
     EXPECT_EQ(found.st_mode & 07777, 0700U);
+}
+
+TEST(ProjectHost, SocketGetsItsNameWhenItListens)
+{
+    const test::TempFolder place;
+    fs::create_directory(place.file("projects"));
+    const FileDescriptor watch{::inotify_init1(IN_CLOEXEC | IN_NONBLOCK)};
+    ASSERT_GE(::inotify_add_watch(watch.value(), place.path().c_str(), IN_CREATE | IN_MOVED_TO), 0);
+    ASSERT_TRUE(ZANFCPProjectHost::open({.socketPath = place.file("s"), .projectsFolder = place.file("projects")}));
+    alignas(inotify_event) char events[4096];
+    const ssize_t size = ::read(watch.value(), events, sizeof events);
+    std::uint32_t appeared = 0;
+    for (ssize_t at = 0; at < size;) {
+        const auto* const event = reinterpret_cast<const inotify_event*>(events + at);
+        if (std::string_view(event->name) == "s") appeared |= event->mask;
+        at += static_cast<ssize_t>(sizeof(inotify_event) + event->len);
+    }
+    EXPECT_EQ(appeared, IN_MOVED_TO) << "a socket that is bound under its name refuses clients until it listens";
 }
 
 TEST(ProjectHost, LiveSocketsAndFoldersAreNotTakenOver)
