@@ -47,6 +47,8 @@ ExitCode inspect(const Arguments& arguments, Console& console)
         if (arguments.json) {
             console.print(inspectionJson(file) + "\n");
         } else if (file.status == 0) {
+            for (const std::string& warning : fileWarnings(file))
+                console.warning(warning);
             const PELMovieProperties& properties = file.properties;
             anyRead = true;
             table.addRow({path, sizeText(properties), pixelText(properties),

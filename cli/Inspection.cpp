@@ -93,6 +93,24 @@ InspectedFile inspectFile(const std::string& path, const PELDictionary& options)
     return file;
 }
 
+std::vector<std::string> fileWarnings(const InspectedFile& file)
+{
+    const PELMovieProperties& properties = file.properties;
+    const PELRate rate = properties.timecode.rate;
+    std::vector<std::string> out;
+    if (!properties.hasVideo && !properties.hasAudio) out.push_back(file.path + " has neither picture nor sound");
+    if (properties.missingBytes != 0)
+        out.push_back(file.path + " is cut short: " + std::to_string(properties.missingBytes) +
+                      " bytes are missing at its end");
+    if (rate.timebase == 0)
+        out.push_back(file.path + " has no frame rate");
+    else if (!isTimecodeRate(rate))
+        out.push_back(file.path + " has a rate of " + rateText(rate) +
+                      " frames a second, which timecode does not know: its labels are counted at 25");
+    if (properties.duration <= 0) out.push_back(file.path + " has no length");
+    return out;
+}
+
 std::string inspectionJson(const InspectedFile& file)
 {
     const PELMovieProperties& properties = file.properties;
@@ -116,6 +134,7 @@ std::string inspectionJson(const InspectedFile& file)
     json["hasTimecode"] = properties.hasTimecode;
     json["timecode"] = timecodeJson(properties.timecode);
     json["reel"] = fieldText(properties.reel);
+    json["missingBytes"] = properties.missingBytes;
     // Names on Linux are bytes; what is no UTF-8 is replaced, since JSON cannot hold it.
     return json.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
 }
@@ -128,8 +147,13 @@ std::string sizeText(const PELMovieProperties& properties)
 
 std::string startText(const PELMovieProperties& properties)
 {
-    const std::string label = fieldText(properties.timecode.string);
-    return properties.hasTimecode && !label.empty() ? label : "none";
+    std::string label = fieldText(properties.timecode.string);
+    if (!properties.hasTimecode || label.empty()) return "none";
+    // The record has the same mark for all rates; a person is shown the usual one.
+    const std::size_t mark = label.rfind(':');
+    const PELRate rate = properties.timecode.rate;
+    if (isTimecodeRate(rate) && mark == 8) label[mark] = labelFromFrames(0, rate)[mark];
+    return label;
 }
 
 std::string lengthText(const PELMovieProperties& properties)

@@ -6,6 +6,7 @@
 #include <array>
 #include <cstdint>
 #include <string>
+#include <vector>
 
 namespace zanfcp::cli {
 
@@ -32,6 +33,9 @@ InspectedFile inspectFile(const std::string& path, const PELDictionary& options)
 std::string inspectionJson(const InspectedFile& file);
 /// Raised when a key of inspectionJson changes its name, its type or its meaning; new keys do not count.
 inline constexpr int kInspectionSchema = 1;
+
+/// What is odd about a file that could be read, one line each.
+std::vector<std::string> fileWarnings(const InspectedFile& file);
 
 /// The picture size as it is shown: "1920x1080"; empty without picture.
 std::string sizeText(const PELMovieProperties& properties);

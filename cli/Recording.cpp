@@ -32,20 +32,14 @@ std::string endLabel(const InspectedFile& file, PELRate rate)
 void warnAboutFile(const InspectedFile& file, Warnings& out)
 {
     const PELMovieProperties& properties = file.properties;
-    const PELRate rate = properties.timecode.rate;
-    if (!properties.hasVideo && !properties.hasAudio) out.push_back(file.path + " has neither picture nor sound");
     if (!properties.hasTimecode)
         out.push_back(file.path + " has no timecode: it is placed as if it began at 00:00:00:00");
     else if (fieldText(properties.timecode.string).empty())
         out.push_back(file.path + " has a timecode that cannot be read: it is placed as if it began at 00:00:00:00");
-    if (rate.timebase == 0)
-        out.push_back(file.path + " has no frame rate");
-    else if (!isTimecodeRate(rate))
-        out.push_back(file.path + " has a rate of " + rateText(rate) +
-                      " frames a second, which timecode does not know: its labels are counted at 25");
     if (cleanXmlText(file.url.lastPathComponent()).replaced != 0)
         out.push_back(file.path + " has a name that a document cannot hold: some of its characters are replaced");
-    if (properties.duration <= 0) out.push_back(file.path + " has no length");
+    for (std::string& warning : fileWarnings(file))
+        out.push_back(std::move(warning));
 }
 
 void warnAboutNames(const Recording& recording, Warnings& out)

@@ -24,6 +24,7 @@ std::int32_t readMovie(const FileURL& url, PELMovieProperties& properties, const
     PEL_ReadVideoFrameCount(properties, *asset);
     const NSInteger provisionalRate = properties.timecode.rate.timebase;
     PEL_ReadVideoCodec(properties, *asset);
+    properties.missingBytes = asset->missingBytes();
     PEL_ReadAudioProperties(properties, *asset);
     PEL_ReadTimecodeTrack(properties, *asset);
     PEL_SetVideoFieldDominance(properties, options);

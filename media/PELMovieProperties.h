@@ -46,6 +46,8 @@ struct PELMovieProperties {
     bool hasTimecode = false;
     PELTimecode timecode;         ///< start timecode; its rate is the file's frame rate
     std::array<char, 256> reel{}; ///< reel (tape) name in UTF-8, zero-terminated
+    /// Bytes that a QuickTime file lacks at its end of what it announces, because it was cut short.
+    std::uint64_t missingBytes = 0;
 
     friend bool operator==(const PELMovieProperties&, const PELMovieProperties&) = default;
 };

@@ -37,7 +37,8 @@ FileURL FileURL::fileURLWithPath(std::string_view path)
     fs::path whole{path};
     if (whole.is_relative()) {
         const fs::path here = fs::current_path(fault);
-        whole = (fault ? fs::path{"/"} : here) / whole;
+        // In a folder that was removed, such a path must not become one of the root folder.
+        whole = (fault ? fs::path{"/proc/self/cwd"} : here) / whole;
     }
     fs::path clean;
     for (const fs::path& part : whole) {

@@ -7,10 +7,30 @@
 namespace zanfcp::quicktime {
 namespace {
 
+struct WholeMovie {
+    Movie movie;
+    std::uint64_t missingBytes = 0;
+};
+
+/// What the last box behind the movie header claims beyond the end of the file. Nothing here is needed, so what cannot
+/// be read or makes no sense is no fault.
+std::uint64_t missingBehind(Window& window, Extent rest)
+{
+    constexpr int kMostBoxes = 16; // media data and free space
+    for (int count = 0; rest.size > 0 && count < kMostBoxes; ++count) {
+        const Result<std::optional<Box>> read = readBox(window, rest);
+        if (!read || !*read || !isPlausibleType((*read)->type)) return 0;
+        if (!(*read)->fits) return (*read)->missing;
+        rest = rest.after((*read)->end() - rest.offset);
+    }
+    return 0;
+}
+
 /// Walks the top level of the file up to the movie header, and on through the fragments where these follow.
-Result<Movie> readMovie(Window& window)
+Result<WholeMovie> readMovie(Window& window)
 {
     std::optional<Movie> movie;
+    std::uint64_t missing = 0;
     std::optional<Error> cut; // a box that the file ends inside
     Extent rest{.offset = 0, .size = window.fileSize()};
     for (std::uint64_t count = 0; rest.size > 0; ++count) {
@@ -25,13 +45,17 @@ Result<Movie> readMovie(Window& window)
             return Error{Fault::malformed, "not a movie: no box where one must begin", box.offset};
         if (!box.fits) {
             cut = Error{Fault::truncated, "the file ends inside this box", box.offset, box.type.text()};
+            if (isPlausibleType(box.type)) missing = box.missing;
             break;
         }
         if (isHeader) {
             Result<Movie> parsed = parseMovie(window, box.body);
             if (!parsed) return Error{parsed.error()}.under("moov");
             movie = *std::move(parsed);
-            if (!movie->extends) break;
+            if (!movie->extends) {
+                missing = missingBehind(window, rest.after(box.end() - rest.offset));
+                break;
+            }
         } else if (box.type == FourCC{"moof"} && movie) {
             Status added = readMovieFragment(window, box, *movie->extends);
             if (!added && added.error().fault == Fault::io) return Error{added.error()}.under("moof");
@@ -40,7 +64,7 @@ Result<Movie> readMovie(Window& window)
         }
         rest = rest.after(box.end() - rest.offset);
     }
-    if (movie) return *std::move(movie);
+    if (movie) return WholeMovie{.movie = *std::move(movie), .missingBytes = missing};
     if (cut) return *cut;
     return Error{Fault::notFound, "no movie header"};
 }
@@ -57,12 +81,13 @@ Result<Asset> Asset::open(const std::string& path)
 Result<Asset> Asset::read(std::unique_ptr<ByteSource> source)
 {
     Window window{*source};
-    Result<Movie> movie = readMovie(window);
-    if (!movie) return Error{movie.error()};
+    Result<WholeMovie> read = readMovie(window);
+    if (!read) return Error{read.error()};
     Asset asset;
     asset.source_ = std::move(source);
-    asset.duration_ = movie->totalDuration();
-    asset.tracks_ = (*std::move(movie)).finishTracks();
+    asset.missingBytes_ = read->missingBytes;
+    asset.duration_ = read->movie.totalDuration();
+    asset.tracks_ = std::move(read->movie).finishTracks();
     return asset;
 }
 

@@ -40,6 +40,9 @@ public:
     const Track* firstTrackWithMediaType(FourCC mediaType) const;
     std::size_t countTracksWithMediaType(FourCC mediaType) const;
 
+    /// What the file lacks of the last box that it announces, mostly of its media data; 0 for a whole file.
+    std::uint64_t missingBytes() const { return missingBytes_; }
+
     /// Fills `into` with the first bytes of the first sample of `track`, one of this asset's timecode tracks.
     /// \return notFound when the track has no sample or its place is not known, truncated when the sample or the file
     ///   is too short, io when the file could not be read
@@ -52,6 +55,7 @@ private:
     Asset() = default;
 
     std::unique_ptr<ByteSource> source_;
+    std::uint64_t missingBytes_ = 0;
     MediaTime duration_;
     std::vector<Track> tracks_;
 };

@@ -17,6 +17,7 @@ Result<std::optional<Box>> readBox(Window& window, Extent rest)
     const std::uint64_t header = isLong ? kLongHeader : kShortHeader;
     if (size == 0) size = rest.size;
     box.fits = bytes->ok() && size >= header && size <= rest.size;
+    box.missing = bytes->ok() && size > rest.size ? size - rest.size : 0;
     box.body = rest.first(std::max(size, header)).after(header);
     return std::optional{box};
 }

@@ -12,9 +12,10 @@ namespace zanfcp::quicktime {
 /// One box ("atom") of a movie file: a size, a type and a body.
 struct Box {
     FourCC type;
-    std::uint64_t offset = 0; ///< of its header
-    Extent body;              ///< cut to the parent when the box claims more
-    bool fits = true;         ///< it holds its own header and ends inside its parent
+    std::uint64_t offset = 0;  ///< of its header
+    Extent body;               ///< cut to the parent when the box claims more
+    std::uint64_t missing = 0; ///< bytes that it claims beyond its parent
+    bool fits = true;          ///< it holds its own header and ends inside its parent
 
     std::uint64_t end() const { return body.end(); }
 };

@@ -36,7 +36,7 @@ TEST(Inspect, JsonHasTheFieldsOfTheRecordByTheirNames)
         "audioChannelCount": 1, "hasTimecode": true,
         "timecode": {"kind": 1, "rate": {"timebase": 25, "isNTSC": false}, "frames": 900005, "hasDropframe": false,
                      "string": "10:00:00:05"},
-        "reel": "A001"})");
+        "reel": "A001", "missingBytes": 0})");
     const std::vector<ordered_json> lines = jsonLines(outcome.out);
     ASSERT_EQ(lines.size(), 1U);
     expected["path"] = sample("CAM_A.mov");
@@ -88,9 +88,30 @@ TEST(Inspect, TheTableShowsWhatAPersonAsksFor)
     const std::string camera = writeCamera(folder, "CAM.mov", {.start = 1800, .timebase = 30, .ntsc = true});
     const Outcome outcome = zanfcp({"inspect", camera, sample("SOUND.mov")});
     ASSERT_EQ(outcome.status, 0) << outcome.err;
-    for (const char* shown : {"FILE", "1920x1080", "29.97 DF", "00:01:00:02", "H.264 (avc1)", "SND1"})
+    for (const char* shown : {"FILE", "1920x1080", "29.97 DF", "00:01:00;02", "H.264 (avc1)", "SND1"})
         EXPECT_THAT(outcome.out, HasSubstr(shown));
     EXPECT_THAT(outcome.out, HasSubstr("00:00:04:00  100")); // the sound file is measured
+}
+
+TEST(Inspect, CutFilesAndRatesWithoutTimecodeAreWarnedOf)
+{
+    const TempFolder folder;
+    ASSERT_EQ(shell("cd '" + folder.path().string() +
+                    "' && for m in fast.mov frag.mov; do ffmpeg -v error -f lavfi -i " +
+                    "testsrc2=s=64x64:r=12:d=1 -c:v mjpeg -g 1 -pix_fmt yuvj420p -movflags $([ $m = fast.mov ] && " +
+                    "echo +faststart || echo +frag_every_frame) $m && head -c -100 $m >cut_$m; done")
+                  .status,
+              0);
+    const Outcome whole = zanfcp({"inspect", "--json", folder.file("fast.mov"), folder.file("frag.mov")});
+    const Outcome cut = zanfcp({"inspect", "--json", folder.file("cut_fast.mov"), folder.file("cut_frag.mov")});
+    EXPECT_EQ(whole.status + cut.status, 0);
+    ASSERT_EQ(jsonLines(whole.out).size() + jsonLines(cut.out).size(), 4U);
+    for (const std::size_t i : {0U, 1U})
+        EXPECT_EQ(jsonLines(whole.out)[i]["missingBytes"], 0);
+    EXPECT_EQ(jsonLines(cut.out)[0]["missingBytes"], 100);
+    const Outcome table = zanfcp({"inspect", folder.file("cut_fast.mov")});
+    EXPECT_THAT(table.err, HasSubstr("cut_fast.mov is cut short: 100 bytes are missing at its end"));
+    EXPECT_THAT(table.err, HasSubstr("rate of 12 frames a second, which timecode does not know"));
 }
 
 TEST(Inspect, InterlacedIsPassedOn)
