@@ -87,14 +87,14 @@ const SWalkedUnit* CMxfInterleavedParser::Walk(SLane& /*lane*/, std::int64_t uni
     while (scout_.Unit() <= unit && scout_.Next() == EStep::found) {
         if (scout_.BeginsPackage()) {
             scout_.BeginPackage();
-            const SWalkedUnit met{.position = scout_.Klv().position, .streamOffset = scout_.Klv().streamOffset};
-            while (Walked().Count() <= scout_.Unit()) // more than one when some of them are lost
-                if (!Walked().Add(met)) return nullptr;
+            const SWalkedUnit met{
+                .unit = scout_.Unit(), .position = scout_.Klv().position, .streamOffset = scout_.Klv().streamOffset};
+            if (Walked().Count() <= met.unit && !Walked().Add(met)) return nullptr;
         }
         SLane* const lane = LaneOf(scout_.Klv());
         if (lane != nullptr && lane->isReordered) {
             if (!scoutOrder_) scoutOrder_ = MakePictureOrder(lane->track.format);
-            SWalkedUnit& met = *Walked().Find(scout_.Unit());
+            SWalkedUnit& met = Walked().Last();
             Note(met, scout_.Unit(),
                  scoutOrder_ ? scoutOrder_->Describe(Head(scout_.Klv()), scout_.Unit()) : std::nullopt);
         }

@@ -217,7 +217,7 @@ const SWalkedUnit* CMxfSingleStreamParser::Walk(SLane& lane, std::int64_t unit)
     for (std::int64_t next = Walked().Count(); next <= unit; ++next) {
         SSpan span;
         if (Locate(lane, next, next + 1, span) != EStep::found) break;
-        SWalkedUnit met{.position = -1, .streamOffset = span.begin};
+        SWalkedUnit met{.unit = next, .position = -1, .streamOffset = span.begin};
         const auto bytes = row.bytes.View(span.begin, std::min(kHead, static_cast<std::size_t>(span.end - span.begin)));
         if (lane.isReordered) Note(met, next, row.order ? row.order->Describe(bytes, next) : std::nullopt);
         if (!Walked().Add(met)) break;

@@ -3,6 +3,7 @@
 #include "mxf/essence/MemoryEssenceInput.h"
 #include "mxf/essence/MxfInterleavedParser.h"
 #include "mxf/essence/TrackMatch.h"
+#include "mxf/essence/WalkedUnits.h"
 #include "tests/mxf/demuxer/DemuxerFile.h"
 #include "tests/mxf/essence/EssenceFile.h"
 #include "tests/mxf/model/StandardFile.h"
@@ -235,6 +236,25 @@ struct Four {
     Built built;
     std::vector<std::uint64_t> begins;
 };
+
+TEST(Damage, UnitsThatAreLostTakeNoRoom)
+{
+    CWalkedUnits units;
+    constexpr std::int64_t kFar = std::int64_t{1} << 60;
+    EXPECT_TRUE(units.Add({.unit = 0, .position = 100}));
+    EXPECT_TRUE(units.Add({.unit = 1, .position = 200, .isKey = false}));
+    EXPECT_TRUE(units.Add({.unit = kFar, .position = 300, .shift = -1, .isKey = false}));
+    EXPECT_TRUE(units.Add({.unit = kFar + 1, .position = 400}));
+    EXPECT_EQ(units.Count(), kFar + 2);
+    const std::pair<std::int64_t, std::int64_t> places[] = {{0, 100}, {1, 200}, {2, 300}, {kFar, 300}, {kFar + 1, 400}};
+    for (const auto& [unit, position] : places)
+        EXPECT_EQ(units.Find(unit)->position, position) << unit;
+    EXPECT_EQ(units.Find(-1), nullptr);
+    EXPECT_EQ(units.Find(kFar + 2), nullptr);
+    EXPECT_EQ(units.KeyFrameOf(kFar), 0);
+    EXPECT_EQ(units.StoredAt(kFar - 1), kFar);
+    EXPECT_EQ(units.StoredAt(5), -1);
+}
 
 TEST(Seeking, GoesWhereTheIndexLeadsAndWhereItDoesNot)
 {
