@@ -1,12 +1,10 @@
 #include "fcp/ProjectDocument.h"
 
 #include "fcp/ElementIds.h"
+#include "platform/LibXml2.h"
 
 #include <algorithm>
 #include <cstring>
-#include <libxml/SAX2.h>
-#include <libxml/parser.h>
-#include <libxml/parserInternals.h>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -19,11 +17,12 @@ constexpr std::size_t kChunkBytes = 64U << 10U;
 constexpr int kDeepest = 256; ///< elements in each other; documents of this kind need about twenty
 
 struct FreeParser {
+    const LibXml2& xml;
     void operator()(xmlParserCtxtPtr parser) const
     {
-        xmlFreeDoc(parser->myDoc); // made in passing by some declarations
+        xml.xmlFreeDoc(parser->myDoc); // made in passing by some declarations
         parser->myDoc = nullptr;
-        xmlFreeParserCtxt(parser);
+        xml.xmlFreeParserCtxt(parser);
     }
 };
 
@@ -34,17 +33,18 @@ std::string_view view(const xmlChar* text)
 
 /// What the parser's callbacks share.
 struct Scan {
+    const LibXml2& xml;
     std::string_view text;
     ProjectLayout layout = {};
     std::optional<Error> error = {};
     xmlParserCtxtPtr parser = nullptr;
     int depth = 0;
 
-    std::size_t position() const { return static_cast<std::size_t>(std::max(0L, xmlByteConsumed(parser))); }
+    std::size_t position() const { return static_cast<std::size_t>(std::max(0L, xml.xmlByteConsumed(parser))); }
     void refuse(Fault fault, std::string what)
     {
         if (!error) error = Error{.fault = fault, .what = std::move(what), .offset = position()};
-        xmlStopParser(parser);
+        xml.xmlStopParser(parser);
     }
 };
 
@@ -53,16 +53,16 @@ Scan& scanOf(void* context)
     return *static_cast<Scan*>(static_cast<xmlParserCtxtPtr>(context)->_private);
 }
 
-bool isUTF8(const xmlParserCtxt& parser)
+bool isUTF8(const LibXml2& xml, const xmlParserCtxt& parser)
 {
     for (const xmlChar* name : {parser.encoding, parser.input->encoding})
-        if (name != nullptr && xmlStrcasecmp(name, BAD_CAST "UTF-8") != 0) return false;
+        if (name != nullptr && xml.xmlStrcasecmp(name, BAD_CAST "UTF-8") != 0) return false;
     return true;
 }
 
 void readRoot(Scan& scan, std::string_view name, int attributes, const xmlChar** attribute)
 {
-    if (!isUTF8(*scan.parser)) return scan.refuse(Fault::malformed, "the document is not in UTF-8");
+    if (!isUTF8(scan.xml, *scan.parser)) return scan.refuse(Fault::malformed, "the document is not in UTF-8");
     if (name != "xmeml") return scan.refuse(Fault::malformed, "the root element is no xmeml");
     std::string_view version;
     for (int i = 0; i < attributes; ++i, attribute += 5) // name, prefix, namespace, begin and end of the value
@@ -103,9 +103,9 @@ void endElement(void* context, const xmlChar* name, const xmlChar*, const xmlCha
     --scan.depth;
 }
 
-xmlEntityPtr predefinedEntity(void*, const xmlChar* name)
+xmlEntityPtr predefinedEntity(void* context, const xmlChar* name)
 {
-    return xmlGetPredefinedEntity(name); // &lt; and its kind; all others are unknown
+    return scanOf(context).xml.xmlGetPredefinedEntity(name); // &lt; and its kind; all others are unknown
 }
 
 void refuseEntity(void* context, const xmlChar*, int, const xmlChar*, const xmlChar*, xmlChar*)
@@ -154,7 +154,10 @@ xmlSAXHandler handlers()
 Result<ProjectLayout> layOutProject(std::string_view text)
 {
     const std::size_t mark = text.starts_with(kByteOrderMark) ? kByteOrderMark.size() : 0;
-    Scan scan{.text = text.substr(mark)};
+    const Result<const LibXml2*> loaded = libXml2();
+    if (!loaded) return loaded.error();
+    const LibXml2& xml = **loaded;
+    Scan scan{.xml = xml, .text = text.substr(mark)};
     // Other encodings show in the first bytes, and the parser would follow them.
     const std::size_t first = scan.text.find_first_not_of(" \t\r\n");
     if (first == std::string_view::npos || scan.text[first] != '<' ||
@@ -163,16 +166,16 @@ Result<ProjectLayout> layOutProject(std::string_view text)
 
     xmlSAXHandler sax = handlers();
     const std::unique_ptr<xmlParserCtxt, FreeParser> parser{
-        xmlCreatePushParserCtxt(&sax, nullptr, nullptr, 0, nullptr)};
+        xml.xmlCreatePushParserCtxt(&sax, nullptr, nullptr, 0, nullptr), FreeParser{xml}};
     if (!parser) return Error{.fault = Fault::limit, .what = "no memory for a parser"};
-    xmlCtxtUseOptions(parser.get(), XML_PARSE_NONET);
+    xml.xmlCtxtUseOptions(parser.get(), XML_PARSE_NONET);
     parser->_private = &scan;
     scan.parser = parser.get();
     for (std::size_t at = 0; at < scan.text.size() && !scan.error; at += kChunkBytes) {
         const std::string_view chunk = scan.text.substr(at, kChunkBytes);
-        if (xmlParseChunk(parser.get(), chunk.data(), static_cast<int>(chunk.size()), 0) != 0) break;
+        if (xml.xmlParseChunk(parser.get(), chunk.data(), static_cast<int>(chunk.size()), 0) != 0) break;
     }
-    if (!scan.error) xmlParseChunk(parser.get(), nullptr, 0, 1);
+    if (!scan.error) xml.xmlParseChunk(parser.get(), nullptr, 0, 1);
     if (scan.error) return *std::move(scan.error);
     ProjectLayout& layout = scan.layout;
     if (parser->wellFormed == 0 || scan.depth != 0 || layout.contentEnd < layout.contentBegin ||

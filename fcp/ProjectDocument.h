@@ -22,7 +22,7 @@ struct ProjectLayout {
 /// Checks that a text is a well-formed xmeml document of version 5 in UTF-8, and finds its parts. Nothing is fetched
 /// and no entity is expanded: a document that declares one is refused. The text is not copied and no tree is built.
 /// \return malformed (not well-formed, not UTF-8, another root), unsupported (another version, entities), limit
-///         (elements nested deeper than 256)
+///         (elements nested deeper than 256), notFound (libxml2)
 Result<ProjectLayout> layOutProject(std::string_view text);
 
 /// The document with the content of another one behind its own. The options of an import say how that one is to be

@@ -2,6 +2,7 @@
 
 #include "fcp/EventServer.h"
 #include "fcp/ProjectStore.h"
+#include "platform/LibXml2.h"
 #include "platform/Log.h"
 
 #include <algorithm>
@@ -151,6 +152,7 @@ ZANFCPProjectHost::~ZANFCPProjectHost() = default;
 
 Result<std::unique_ptr<ZANFCPProjectHost>> ZANFCPProjectHost::open(const Settings& settings)
 {
+    if (const auto xml = libXml2(); !xml) return xml.error(); // every answer needs it
     Result<ProjectStore> store = ProjectStore::open(settings.projectsFolder);
     if (!store) return store.error();
     auto desk = std::make_unique<Desk>(*std::move(store));

@@ -28,8 +28,8 @@ public:
     };
 
     /// Opens the folder, with all work that was not saved when it was last hosted, and starts listening.
-    /// \return an Error: notFound (no such folder), io (another host keeps it or listens there, the socket's folder is
-    ///         open to others, the system refuses), limit (the socket's path is too long)
+    /// \return an Error: notFound (no such folder, libxml2), io (another host keeps it or listens there, the
+    ///         socket's folder is open to others, the system refuses), limit (the socket's path is too long)
     static Result<std::unique_ptr<ZANFCPProjectHost>> open(const Settings& settings);
     /// Removes the socket file. Unsaved work stays in the folder.
     ~ZANFCPProjectHost();

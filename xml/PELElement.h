@@ -106,7 +106,8 @@ public:
 
     /// The element and all below it as nodes of libxml2. Null without a key, and, with one error line, for a key that
     /// is no XML name; such children are left out likewise. Characters that XML cannot hold become U+FFFD, and one
-    /// line of the default level says where.
+    /// line of the default level says where. libxml2 is loaded at the first call; who calls its functions for the nodes
+    /// links the same shared library. Null, with one error line, where it is not installed.
     XMLElementNode XMLRepresentation() const;
     /// The text of the same, written straight from the tree: UTF-8, and byte for byte what libxml2 prints for
     /// XMLRepresentation(). Without a key nothing is written.

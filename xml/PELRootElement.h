@@ -20,7 +20,7 @@ public:
     using PELElementFactories<PELRootElement>::elementWithKeyStringValue;
     using PELElementFactories<PELRootElement>::elementWithKeyChildren;
 
-    /// The whole document as nodes of libxml2; never null.
+    /// The whole document as nodes of libxml2; null only, with one error line, where it is not installed.
     XMLDocument XMLRepresentation() const;
     /// The text of the whole document, with a line end after the declaration, the document type and the last element.
     bool writeXML(const XMLSink& sink, XMLFormat format = XMLFormat::pretty) const override;

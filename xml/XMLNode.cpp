@@ -1,11 +1,10 @@
 #include "xml/XMLNode.h"
 
+#include "platform/LibXml2.h"
 #include "platform/Log.h"
 #include "xml/ElementPath.h"
 #include "xml/XMLText.h"
 
-#include <libxml/parser.h>
-#include <libxml/tree.h>
 #include <new>
 #include <string>
 #include <string_view>
@@ -35,25 +34,34 @@ template <typename T> T* made(T* thing)
     return thing;
 }
 
+/// Null, with one error line, without libxml2.
+const LibXml2* loadedLibXml2()
+{
+    const Result<const LibXml2*> xml = libXml2();
+    if (!xml) ZAN_LOG_ERROR("%s", xml.error().what.c_str());
+    return xml ? *xml : nullptr;
+}
+
 /// Makes the node of one element, with its attribute and text but without children, below `parent` (null for the first
 /// node of a document). `path` leads to the element or to its parent.
-xmlNode* makeNode(xmlDoc* document, xmlNode* parent, const PELElement& element, const ElementPath& path)
+xmlNode* makeNode(const LibXml2& xml, xmlDoc* document, xmlNode* parent, const PELElement& element,
+                  const ElementPath& path)
 {
-    xmlNode* const node = made(xmlNewDocNode(document, nullptr, toXml(element.key()), nullptr));
+    xmlNode* const node = made(xml.xmlNewDocNode(document, nullptr, toXml(element.key()), nullptr));
     if (parent == nullptr)
-        xmlDocSetRootElement(document, node);
+        xml.xmlDocSetRootElement(document, node);
     else
-        xmlAddChild(parent, node);
+        xml.xmlAddChild(parent, node);
 
     std::size_t replaced = 0;
     if (!element.identifier().empty()) {
         const XMLCleanText identifier = cleanXmlText(element.identifier());
-        made(xmlNewProp(node, toXml("id"), toXml(identifier.text)));
+        made(xml.xmlNewProp(node, toXml("id"), toXml(identifier.text)));
         replaced = identifier.replaced;
     }
     if (!element.stringValue().empty()) {
         const XMLCleanText text = cleanXmlText(element.stringValue());
-        xmlAddChild(node, made(xmlNewDocText(document, toXml(text.text))));
+        xml.xmlAddChild(node, made(xml.xmlNewDocText(document, toXml(text.text))));
         replaced += text.replaced;
     }
     logReplacedCharacters(replaced, path, element);
@@ -61,15 +69,15 @@ xmlNode* makeNode(xmlDoc* document, xmlNode* parent, const PELElement& element, 
 }
 
 /// Makes the nodes of everything below the top of `path`, which `node` stands for.
-void makeChildren(xmlNode* node, ElementPath& path)
+void makeChildren(const LibXml2& xml, xmlNode* node, ElementPath& path)
 {
     while (!path.empty()) {
         if (const std::shared_ptr<PELElement>* const child = path.nextXMLChild()) {
             const PELElement& element = **child;
             if (element.children() == nullptr)
-                makeNode(node->doc, node, element, path);
+                makeNode(xml, node->doc, node, element, path);
             else if (path.descend(element))
-                node = makeNode(node->doc, node, element, path);
+                node = makeNode(xml, node->doc, node, element, path);
         } else {
             path.ascend();
             node = node->parent;
@@ -81,27 +89,31 @@ void makeChildren(xmlNode* node, ElementPath& path)
 
 void XMLDocumentDeleter::operator()(_xmlDoc* document) const
 {
-    xmlFreeDoc(document);
+    (*libXml2())->xmlFreeDoc(document); // which made it
 }
 
 XMLElementNode makeXMLElement(const PELElement& element)
 {
     if (!hasXMLName(element)) return {};
-    XMLDocument document{made(xmlNewDoc(toXml("1.0")))};
-    document->encoding = made(xmlStrdup(toXml("UTF-8")));
+    const LibXml2* const xml = loadedLibXml2();
+    if (xml == nullptr) return {};
+    XMLDocument document{made(xml->xmlNewDoc(toXml("1.0")))};
+    document->encoding = made(xml->xmlStrdup(toXml("UTF-8")));
     ElementPath path{element};
-    xmlNode* const node = makeNode(document.get(), nullptr, element, path);
-    makeChildren(node, path);
+    xmlNode* const node = makeNode(*xml, document.get(), nullptr, element, path);
+    makeChildren(*xml, node, path);
     return {std::move(document), node};
 }
 
 XMLDocument makeXMLDocument(const PELElement& root)
 {
-    XMLDocument document{
-        made(xmlReadMemory(kSkeleton.data(), static_cast<int>(kSkeleton.size()), nullptr, nullptr, XML_PARSE_NONET))};
+    const LibXml2* const xml = loadedLibXml2();
+    if (xml == nullptr) return {};
+    XMLDocument document{made(
+        xml->xmlReadMemory(kSkeleton.data(), static_cast<int>(kSkeleton.size()), nullptr, nullptr, XML_PARSE_NONET))};
     document->standalone = kNoStandaloneDeclaration;
     ElementPath path{root};
-    makeChildren(xmlDocGetRootElement(document.get()), path);
+    makeChildren(*xml, xml->xmlDocGetRootElement(document.get()), path);
     return document;
 }
 

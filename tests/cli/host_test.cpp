@@ -46,6 +46,19 @@ TEST(Host, ProjectGoesFromTheBuilderToTheHostAndBack)
     EXPECT_FALSE(std::filesystem::exists(folder.file("run/socket")));
 }
 
+TEST(Host, WithoutLibxml2ItDoesNotStartAndFilesAreStillRead)
+{
+    const TempFolder folder;
+    folder.write(ZANFCP_LIBXML2, ""); // found first, and no library
+    const std::string without = "LD_LIBRARY_PATH='" + folder.path().string() + "' $ZANFCP ";
+    const std::string place = " --projects '" + folder.path().string() + "' --socket '" + folder.file("socket") + "'";
+    EXPECT_EQ(shell(without + "inspect '" + sample("CAM_A.mov") + "'").err, "");
+    const Outcome host = shell(without + "host" + place);
+    EXPECT_EQ(host.status, 1);
+    EXPECT_THAT(host.err, HasSubstr("zanfcp: libxml2 could not be loaded: "));
+    EXPECT_THAT(host.err, HasSubstr(ZANFCP_LIBXML2));
+}
+
 TEST(Host, RefusalsSayWhatToDo)
 {
     const TempFolder folder;
