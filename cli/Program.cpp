@@ -29,6 +29,36 @@ void addSwitches(CLI::App& app, Switches& switches)
     app.add_flag("-v,--verbose", switches.verbose, "show every step on standard error");
 }
 
+/// A command or a group of them, by the name that its App has.
+struct Entry {
+    std::string_view name;
+    std::vector<Command> (*add)(CLI::App& parent);
+};
+
+template <Command (*add)(CLI::App&)> std::vector<Command> one(CLI::App& parent)
+{
+    return {add(parent)};
+}
+
+constexpr Entry kEntries[] = {
+    {"inspect", one<addInspect>}, {"build", one<addBuild>},       {"validate", one<addValidate>},
+    {"labels", one<addLabels>},   {"timecode", one<addTimecode>}, {"host", one<addHost>},
+    {"send", one<addSend>},       {"get", one<addGet>},           {"open", one<addOpen>},
+    {"save", one<addSave>},       {"close", one<addClose>},       {"mxf", addMxf},
+};
+
+/// Adds the one that the first argument names: nothing that is said about it speaks of the others. Adds all when that
+/// is no name, for help and suggestions, and for the completion and the manual page.
+void addCommands(CLI::App& app, std::string_view firstArgument, std::vector<Command>& commands)
+{
+    const bool isNamed = std::ranges::find(kEntries, firstArgument, &Entry::name) != std::end(kEntries);
+    for (const Entry& entry : kEntries)
+        if (!isNamed || entry.name == firstArgument) std::ranges::move(entry.add(app), std::back_inserter(commands));
+    if (isNamed) return;
+    commands.push_back(addCompletion(app, commands));
+    commands.push_back(addMan(app, commands));
+}
+
 /// The commands of the program or of a group that help shows.
 std::vector<std::string> visibleNames(const CLI::App& parent)
 {
@@ -89,20 +119,13 @@ ExitCode run(int argc, const char* const* argv, Console& console)
     Switches switches;
     addSwitches(app, switches);
 
-    std::vector<Command> commands = {addInspect(app),  addBuild(app), addValidate(app), addLabels(app),
-                                     addTimecode(app), addHost(app),  addSend(app),     addGet(app),
-                                     addOpen(app),     addSave(app),  addClose(app)};
-    std::ranges::move(addMxf(app), std::back_inserter(commands));
-    commands.reserve(commands.size() + 2);
-    commands.push_back(addCompletion(app, commands));
-    commands.push_back(addMan(app, commands));
+    std::vector<Command> commands;
+    addCommands(app, argc < 2 ? "" : argv[1], commands);
     for (CLI::App* group :
          app.get_subcommands([](const CLI::App* one) { return one->get_require_subcommand_min() > 0; }))
         addSwitches(*group, switches);
-    for (const Command& command : commands) {
+    for (const Command& command : commands)
         addSwitches(*command.app, switches);
-        command.app->footer(helpFooter(command));
-    }
     app.footer("Each command has a help of its own: zanfcp COMMAND --help\n\nExit codes: " + std::string(kExitCodes));
 
     if (argc < 2) {
@@ -112,6 +135,8 @@ ExitCode run(int argc, const char* const* argv, Console& console)
     try {
         app.parse(argc, argv);
     } catch (const CLI::CallForHelp&) {
+        for (const Command& command : commands)
+            command.app->footer(helpFooter(command));
         const auto used = app.get_subcommands();
         console.print(used.empty() ? app.help() : used.front()->help("zanfcp"));
         return kDone;
