@@ -47,7 +47,7 @@ std::string nameOf(const SUl& key)
         return std::string(essence->name) + format(", track %08X", TrackNumberOf(key));
     }
     if (const SSetDef* set = FindSet(key)) return std::string(set->name);
-    if (const SUlEntry* entry = labelDictionary().Find(key)) return entry->name;
+    if (const SUlEntry* entry = labelDictionary().Find(key)) return std::string(entry->name);
     return IsLocalSetKey(key) ? "unknown set" : "unknown";
 }
 

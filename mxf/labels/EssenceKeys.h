@@ -1,9 +1,9 @@
 #pragma once
 
+#include "FixedText.h"
 #include "Ul.h"
 
 #include <cstdint>
-#include <string_view>
 
 namespace TamrelMxf {
 
@@ -20,7 +20,7 @@ struct SEssenceKey {
     std::uint64_t head = 0; ///< bytes 1 to 8 of the key; 7F stands for any byte
     std::uint64_t item = 0; ///< bytes 9 to 16, alike
     EEssenceKeyKind kind = EEssenceKeyKind::element;
-    std::string_view name;
+    SFixedText<45> name;
 };
 
 /// The row that fits a key best, constant data; byte 8 (version) does not matter. Null for any other key.

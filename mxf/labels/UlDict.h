@@ -1,5 +1,6 @@
 #pragma once
 
+#include "FixedText.h"
 #include "Ul.h"
 
 #include <cstdint>
@@ -21,7 +22,7 @@ struct SUlEntry {
     std::uint64_t key;        ///< bytes 9 to 16 of the label, as SUl::Item gives them
     std::uint16_t attributes; ///< 1 for the register's nodes down to level 2, else 0
     EUlKind kind;
-    const char* name; ///< as registered
+    SFixedText<84> name; ///< as registered
 };
 
 /// The catalogue of SMPTE universal labels: registry nodes, essence containers and codings, operational

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "../labels/FixedText.h"
 #include "../labels/Ul.h"
 #include "Registry.h"
 
@@ -77,13 +78,13 @@ struct SRegisteredUl {
 
 /// A class of sets or packs (SMPTE ST 395 and the documents that it registers).
 struct SSetDef {
-    std::string_view name;
+    SFixedText<44> name;
     SRegisteredUl key;
     std::int16_t parent = -1; ///< index into the sets, -1 for none
     std::uint16_t firstProperty = 0;
     std::uint16_t propertyCount = 0; ///< its own, without those of its parents
     bool isAbstract = false;
-    std::string_view standard; ///< the document that defines it, may be empty
+    SFixedText<30> standard; ///< the document that defines it, may be empty
 
     /// The class that this one refines, or null.
     const SSetDef* Parent() const;
@@ -96,7 +97,7 @@ struct SSetDef {
 
 /// A property of a set (SMPTE ST 335 and the documents that it registers).
 struct SPropertyDef {
-    std::string_view name;
+    SFixedText<51> name;
     SRegisteredUl label;
     std::uint16_t set = 0; ///< index of the class that owns it
     std::uint16_t tag = 0; ///< for EPlace::localTag

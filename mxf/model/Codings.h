@@ -1,9 +1,9 @@
 #pragma once
 
+#include "../labels/FixedText.h"
 #include "../labels/Ul.h"
 
 #include <cstdint>
-#include <string_view>
 
 namespace TamrelMxf {
 
@@ -24,8 +24,8 @@ struct SCoding {
     std::uint64_t item; ///< bytes 9 to 16 of the label
     ECodingKind kind;
     EWrapping wrapping;
-    std::string_view family; ///< "MPEG-2", "AVC", "PCM" and so on
-    std::string_view name;   ///< in full
+    SFixedText<23> family; ///< "MPEG-2", "AVC", "PCM" and so on
+    SFixedText<91> name;   ///< in full
 };
 
 /// The row of an essence container or coding label; without one the row of the nearest branch above it. The stream
