@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <cassert>
+#include <iterator>
 
 namespace zanfcp::cli {
 namespace {
@@ -15,9 +16,12 @@ struct Range {
     char32_t last;
 };
 
+/// `ranges` ascend.
 template <std::size_t N> bool isIn(const std::array<Range, N>& ranges, char32_t code)
 {
-    return std::ranges::any_of(ranges, [code](Range range) { return code >= range.first && code <= range.last; });
+    if (code < ranges.front().first) return false; // most characters
+    const auto after = std::ranges::upper_bound(ranges, code, {}, &Range::first);
+    return after != ranges.begin() && code <= std::prev(after)->last;
 }
 
 // Controls, and characters that change the order or the lines of what is shown.
