@@ -9,6 +9,8 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
+#include <memory>
+#include <set>
 #include <sstream>
 #include <string>
 #include <unistd.h>
@@ -27,8 +29,27 @@ struct Contestant {
     std::vector<double> milliseconds = {};
 };
 
+/// The shared libraries that the loader maps for a program.
+std::set<std::string> librariesOf(const std::string& program)
+{
+    const std::unique_ptr<FILE, int (*)(FILE*)> list{
+        ::popen(("LD_TRACE_LOADED_OBJECTS=1 '" + program + "'").c_str(), "r"), ::pclose};
+    std::set<std::string> libraries;
+    char line[4096];
+    while (list && std::fgets(line, sizeof line, list.get()) != nullptr) {
+        std::istringstream words{line};
+        std::string name;
+        words >> name;
+        if (!name.starts_with("linux-vdso")) libraries.insert(name);
+    }
+    if (libraries.empty()) fail("the loader lists no libraries");
+    return libraries;
+}
+
 void oneFile()
 {
+    const auto libraries = librariesOf(ZANFCP_PROGRAM);
+    if (libraries != librariesOf(FLOOR_PROGRAM)) fail("the empty program does not link what the command links");
     const std::string file = SAMPLE;
     std::vector<Contestant> contestants{
         {"zanfcp inspect", {ZANFCP_PROGRAM, "inspect", file}},
@@ -48,6 +69,7 @@ void oneFile()
         const double theirs = median(contestant.milliseconds);
         std::printf("%-38s %10.2f %16.2f\n", contestant.name, theirs, theirs / ours);
     }
+    std::printf("shared libraries that the command loads, the loader among them: %zu\n", libraries.size());
 }
 
 /// System calls of a command, all its threads, as strace counts them.
