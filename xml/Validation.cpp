@@ -6,6 +6,7 @@
 
 #include <dlfcn.h>
 #include <filesystem>
+#include <link.h>
 #include <system_error>
 #include <utility>
 
@@ -29,9 +30,11 @@ fs::path ownFolder()
     static constexpr char kHere = 0; // any address of our own
     std::error_code none;
     Dl_info info{};
-    if (::dladdr(&kHere, &info) != 0 && info.dli_fname != nullptr && info.dli_fname[0] == '/')
-        return fs::canonical(info.dli_fname, none).parent_path();
-    return fs::canonical("/proc/self/exe", none).parent_path(); // a program is known by the name it was called with
+    void* object = nullptr;
+    if (::dladdr1(&kHere, &info, &object, RTLD_DL_LINKMAP) != 0)
+        if (const char* const name = static_cast<const link_map*>(object)->l_name; name[0] == '/')
+            return fs::canonical(name, none).parent_path();
+    return fs::canonical("/proc/self/exe", none).parent_path(); // the program itself has no name there
 }
 
 bool isFile(const fs::path& path)

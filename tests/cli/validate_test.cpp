@@ -59,5 +59,15 @@ TEST(Validate, NothingButAReadableValidDocumentIsDone)
     }
 }
 
+TEST(Validate, DefinitionIsFoundWhateverNameTheProgramIsCalledBy)
+{
+    const TempFolder folder;
+    const std::string good = folder.write("good.xml", document("<bin><name>A</name></bin>"));
+    for (const char* name : {"zanfcp", "/nowhere/zanfcp"}) {
+        const Outcome outcome = shell("exec -a " + std::string(name) + " $ZANFCP validate '" + good + "'", "/bin/bash");
+        EXPECT_EQ(outcome.out, good + ": valid\n") << name << ": " << outcome.err;
+    }
+}
+
 } // namespace
 } // namespace zanfcp::test
