@@ -26,7 +26,7 @@ using namespace bench;
 
 constexpr int kRounds = 5;
 constexpr std::size_t kBlock = std::size_t{1} << 20;
-constexpr std::size_t kSlice = std::size_t{2} << 20; ///< that is pushed at a time, as by the command
+constexpr std::size_t kSlice = std::size_t{256} << 10; ///< that is pushed at a time, as by the command
 
 void shell(const std::string& line)
 {

@@ -197,11 +197,11 @@ int CMxfInterleavedParser::GetSampleInfo(std::int64_t editUnit, mxf_sample_info&
 
 int CMxfInterleavedStreamParser::Push()
 {
-    for (;;) {
-        const int result = CMxfInterleavedParser::Push();
-        Context().input.Release(Place());
-        if (result != kDelivered) return result;
-    }
+    int result = kDelivered;
+    while (result == kDelivered)
+        result = CMxfInterleavedParser::Push();
+    Context().input.Release(Place()); // once: what stays in the queue may be moved
+    return result;
 }
 
 int CMxfInterleavedStreamParser::Seek(mxf_dmuxer_seek& /*seek*/)

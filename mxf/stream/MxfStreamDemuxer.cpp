@@ -60,7 +60,7 @@ int CMxfStreamDemuxer::Prepare(const mxf_stream_demuxer_config* config, CSnitche
     stop_ = false;
     {
         const std::lock_guard state{stateMutex_};
-        isAwake_ = isOutputWanted_ = false;
+        isAwake_ = isAsleep_ = isOutputWanted_ = false;
     }
     const std::lock_guard input{inputMutex_};
     context = nullptr;
@@ -112,17 +112,19 @@ int CMxfStreamDemuxer::CopyData(unsigned char* data, int length)
         isRefused_ = result == kNoRoom;
     }
     WakeUp();
+    std::this_thread::yield();
     return result;
 }
 
+/// A parse thread that is at work, or lingers, is not disturbed: it looks at the flag before it goes to sleep.
 void CMxfStreamDemuxer::WakeUp()
 {
+    isAwake_ = true;
+    if (!isAsleep_) return;
     {
-        const std::lock_guard state{stateMutex_};
-        isAwake_ = true;
-        wakeUp_.notify_all();
+        const std::lock_guard state{stateMutex_}; // it sleeps by now, or has seen the flag
     }
-    std::this_thread::yield();
+    wakeUp_.notify_all(); // not under the lock, which it needs first of all
 }
 
 void CMxfStreamDemuxer::LockOutput(bool lock)
@@ -134,20 +136,26 @@ void CMxfStreamDemuxer::LockOutput(bool lock)
     if (!output_.IsMine()) return;
     output_.unlock();
     if (IsParseThread()) return;
-    const std::lock_guard state{stateMutex_};
-    if (!std::exchange(isOutputWanted_, false)) return;
-    isAwake_ = true;
-    wakeUp_.notify_all();
+    bool isWanted = false;
+    {
+        const std::lock_guard state{stateMutex_};
+        isWanted = std::exchange(isOutputWanted_, false);
+    }
+    if (isWanted) WakeUp();
 }
 
 void CMxfStreamDemuxer::Drain()
 {
-    while (thread_ && !IsParseThread() && !stop_ && state_ != kStateFinished) {
+    for (int rounds = 0; thread_ && !IsParseThread() && !stop_ && state_ != kStateFinished; ++rounds) {
         {
             const std::lock_guard state{stateMutex_}; // the parse thread lets go of it between steps alone
             if (!isAwake_) return;
         }
-        std::this_thread::sleep_for(std::chrono::milliseconds{1});
+        constexpr int kShortRounds = 50; // it mostly has little left to do
+        if (rounds < kShortRounds)
+            std::this_thread::yield();
+        else
+            std::this_thread::sleep_for(std::chrono::milliseconds{1});
     }
 }
 
@@ -157,14 +165,14 @@ void CMxfStreamDemuxer::ParseThread()
     std::unique_lock state{stateMutex_};
     while (WaitForWakeUp(state)) {
         try {
-            isAwake_ = Step();
+            if (Step()) isAwake_ = true;
         } catch (const std::bad_alloc&) {
             state_ = kStateError;
             failure_ = "out of memory";
             isAwake_ = true;
         }
         state.unlock(); // a push comes in between
-        std::this_thread::yield();
+        Linger();
         state.lock();
     }
     if (state_ != kStateFinished) return;
@@ -173,16 +181,28 @@ void CMxfStreamDemuxer::ParseThread()
     Reset();
 }
 
+/// Gives the next push a moment to come: where they follow each other closely, most of their time would go into putting
+/// this thread to sleep and waking it.
+void CMxfStreamDemuxer::Linger()
+{
+    const auto end = std::chrono::steady_clock::now() + std::chrono::microseconds{kLingerMicroseconds};
+    do
+        std::this_thread::yield();
+    while (!isAwake_ && !stop_ && std::chrono::steady_clock::now() < end);
+}
+
 /// Waits until there is something to do. \return false when there will never be
 bool CMxfStreamDemuxer::WaitForWakeUp(std::unique_lock<std::mutex>& state)
 {
     constexpr auto kWait = std::chrono::milliseconds{kWakeUpMilliseconds};
     constexpr auto kWholeWait = kWait - std::chrono::nanoseconds{1};
+    isAsleep_ = true; // in front of the look at the flag: who sets that sees this, or is seen here
     while (!isAwake_) {
         const auto start = std::chrono::steady_clock::now();
         wakeUp_.wait_for(state, kWait);
         if (std::chrono::steady_clock::now() - start < kWholeWait) break;
     }
+    isAsleep_ = false;
     isAwake_ = false;
     return !stop_ && state_ != kStateFinished;
 }

@@ -45,6 +45,7 @@ class CMxfStreamDemuxer : public CMxfDemuxer, public SMemoryStream {
 public:
     static constexpr std::uint32_t kQueueBytes = 2'097'152; ///< capacity after Open; it grows to 32 MiB
     static constexpr int kWakeUpMilliseconds = 500;
+    static constexpr int kLingerMicroseconds = 50; ///< that the parse thread looks out for the next push awake
 
     CMxfStreamDemuxer();
 
@@ -115,6 +116,7 @@ private:
     void ParseThread();
     bool WaitForWakeUp(std::unique_lock<std::mutex>& state);
     void WakeUp();
+    void Linger();
     bool IsParseThread() const { return parseThreadId_.load() == std::this_thread::get_id(); }
     bool CheckHeader();
     bool ParseHeaderBuf();
@@ -138,10 +140,11 @@ private:
     int result_ = 0;                           // of the last step of the parser
 
     std::atomic<bool> stop_{false};
-    bool isAwake_ = false;        // a wake-up that is not used yet; guarded by stateMutex_
-    bool isOutputWanted_ = false; // the output was locked when it was needed; guarded by stateMutex_
-    bool isDiscarding_ = false;   // the parse thread has left at the end; guarded by inputMutex_
-    bool isRefused_ = false;      // there was no room for the last slice; guarded by inputMutex_
+    std::atomic<bool> isAwake_{false};  // a wake-up that is not used yet; used up under stateMutex_
+    std::atomic<bool> isAsleep_{false}; // the parse thread has to be notified; written under stateMutex_
+    bool isOutputWanted_ = false;       // the output was locked when it was needed; guarded by stateMutex_
+    bool isDiscarding_ = false;         // the parse thread has left at the end; guarded by inputMutex_
+    bool isRefused_ = false;            // there was no room for the last slice; guarded by inputMutex_
     std::unique_ptr<std::thread> thread_;
     std::atomic<std::thread::id> parseThreadId_{};
 

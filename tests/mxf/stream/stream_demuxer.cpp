@@ -275,6 +275,28 @@ TEST(StreamDemuxer, StreamsComeAndGoWhileBytesArePushed)
     EXPECT_EQ(pushing.receivers[1].ask([](auto& r) { return r.taken.size(); }), 2000U);
 }
 
+TEST(StreamDemuxer, APushIsUsedAtWhateverPointTheThreadIsOnItsWayToSleep)
+{
+    const Stream stream = makeStream({}, {.units = 1000, .size = 100});
+    Pushing pushing;
+    pushing.push(part(stream.bytes, 0, stream.headerEnd));
+    ASSERT_TRUE(pushing.gets(mxf_stream_header_parsed));
+    Receiver& picture = pushing.receivers[0];
+    std::size_t at = stream.headerEnd;
+    for (std::size_t i = 0; i < stream.pictures.size(); ++i) {
+        const std::size_t end = static_cast<std::size_t>(stream.pictures[i].position) + stream.pictures[i].bytes.size();
+        pushing.push(part(stream.bytes, at, end));
+        at = end;
+        const auto isTaken = [&] { return picture.ask([i](auto& r) { return r.taken.size() > i; }); };
+        const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds{10};
+        while (!isTaken())
+            ASSERT_LT(std::chrono::steady_clock::now(), limit) << "asleep in front of picture " << i;
+        const auto pause = std::chrono::microseconds{i % (2 * CMxfStreamDemuxer::kLingerMicroseconds)};
+        for (const auto start = std::chrono::steady_clock::now(); std::chrono::steady_clock::now() - start < pause;) {
+        }
+    }
+}
+
 TEST(StreamDemuxer, ClosingNeverHangs)
 {
     const Stream stream = makeStream();
