@@ -121,6 +121,7 @@ CEssenceWalker::EStep CMxfSingleStreamParser::BeginOf(SLane& lane, std::int64_t 
         }
         if (!row.cutter->NeedsRow()) return EStep::end;
         const EStep step = Extend(row, row.bytes.Size());
+        if (step == EStep::end && row.cutter->Finish()) continue;
         if (step != EStep::found) return step;
     }
 }

@@ -1,6 +1,8 @@
 #include "mxf/essence/StartCodeCutter.h"
 
 #include "mxf/Limits.h"
+#include "mxf/avc/AccessUnitSplitter.h"
+#include "mxf/avc/AvcConfiguration.h"
 #include "mxf/avc/NalUnit.h"
 
 #include <algorithm>
@@ -8,6 +10,8 @@
 
 namespace TamrelMxf {
 namespace {
+
+constexpr std::size_t kStep = std::size_t{256} << 10; ///< of a row that is looked through
 
 /// MPEG-1 and MPEG-2 (ISO/IEC 13818-2): the two fields of a frame stay together.
 class CMpegCutter final : public CStartCodeCutter {
@@ -39,28 +43,54 @@ class CMpegCutter final : public CStartCodeCutter {
     bool isSecond_ = false;    // the last picture is the second field
 };
 
-/// AVC as a byte stream (ITU-T H.264, 7.4.1.2.3, less the comparison of slice headers).
-class CAvcCutter final : public CStartCodeCutter {
-    bool BeginsPicture(std::span<const std::uint8_t> code) override
+/// AVC as a byte stream: a frame, or its two fields, is an edit unit. Parameter sets of the header serve where the
+/// stream has none.
+class CAvcCutter final : public CUnitCutter {
+public:
+    explicit CAvcCutter(const SStreamFormat& format)
     {
-        constexpr unsigned kSlice = 1, kIdrSlice = 5, kSupplement = 6, kPictureSet = 8, kDelimiter = 9;
-        const unsigned type = code[0] & 0x1FU;
-        if (type == kSlice || type == kIdrSlice) {
-            const bool isFirst = (code[1] & 0x80U) != 0; // first_mb_in_slice is 0
-            return isFirst && std::exchange(hasSlice_, true);
-        }
-        const bool isInFront = type >= kSupplement && (type <= kPictureSet || type == kDelimiter);
-        return isInFront && std::exchange(hasSlice_, false);
+        CAvcParameterSets sets;
+        unsigned lengthSize = 0;
+        (void)ReadAvcExtraData(format.extraData, sets, lengthSize); // what is not broken of it
+        const std::vector<std::uint8_t> stream = ToAnnexB(sets);
+        CNalReader reader = CNalReader::AnnexB(stream);
+        while (reader.Next())
+            (void)splitter_.AddParameterSet(reader.Whole());
     }
 
-    bool hasSlice_ = false; // of the picture at hand
+    std::optional<std::int64_t> Begin(CElementBytes& bytes, std::int64_t unit) override
+    {
+        while (std::cmp_greater_equal(unit, begins_.size())) {
+            const auto view = bytes.View(static_cast<std::int64_t>(splitter_.Position()), kStep);
+            if (view.empty() || isFinished_ || begins_.size() >= kMaxWalkedUnits) return std::nullopt;
+            Take(splitter_.Push(view));
+        }
+        return unit < 0 ? std::nullopt : std::optional{begins_[static_cast<std::size_t>(unit)]};
+    }
+    bool NeedsRow() const override { return true; }
+    bool Finish() override
+    {
+        if (std::exchange(isFinished_, true)) return false;
+        Take(splitter_.Finish());
+        return true;
+    }
+
+private:
+    void Take(std::span<const std::uint64_t> found)
+    {
+        for (const std::uint64_t begin : found)
+            begins_.push_back(static_cast<std::int64_t>(begin));
+    }
+
+    CAccessUnitSplitter splitter_{CAccessUnitSplitter::EUnit::frame};
+    std::vector<std::int64_t> begins_;
+    bool isFinished_ = false;
 };
 
 } // namespace
 
 std::optional<std::int64_t> CStartCodeCutter::Begin(CElementBytes& bytes, std::int64_t unit)
 {
-    constexpr std::size_t kStep = std::size_t{256} << 10;
     if (begins_.empty()) begins_.push_back(0);
     while (std::cmp_greater_equal(unit, begins_.size())) {
         const auto view = bytes.View(searched_, kStep);
@@ -82,7 +112,7 @@ std::unique_ptr<CUnitCutter> MakeStartCodeCutter(const SStreamFormat& format, CE
     const bool hasZero = first.size() > 3 && first[0] == 0 && first[1] == 0 && (first[2] == 1 || first[3] == 1);
     if (!hasZero) return nullptr;
     if (format.essenceKind == EEssenceKind::mpegPicture) return std::make_unique<CMpegCutter>();
-    if (format.essenceKind == EEssenceKind::avc) return std::make_unique<CAvcCutter>();
+    if (format.essenceKind == EEssenceKind::avc) return std::make_unique<CAvcCutter>(format);
     return nullptr;
 }
 

@@ -5,9 +5,8 @@
 #include "mxf/essence/TrackMatch.h"
 #include "mxf/essence/WalkedUnits.h"
 #include "tests/mxf/demuxer/DemuxerFile.h"
+#include "tests/mxf/essence/BuiltFile.h"
 #include "tests/mxf/essence/EssenceFile.h"
-#include "tests/mxf/model/StandardFile.h"
-#include "tests/support/MxfBuilder.h"
 #include "tests/support/RecordingSnitcher.h"
 #include "tests/support/ShellTools.h"
 #include "tests/support/TempFolder.h"
@@ -30,66 +29,6 @@ using namespace TamrelMxf;
 using namespace TamrelMxf::test;
 using testing::ElementsAre;
 using testing::HasSubstr;
-
-const Bytes kPictureElement = ulOf(0x060E2B3401020101, 0x0D01030115010501);
-const Bytes kSoundElement = ulOf(0x060E2B3401020101, 0x0D01030116010301);
-const Bytes kSystemItem = ulOf(0x060E2B3402050101, 0x0D01030104010100);
-
-/// Bytes that no two seeds share, and that look like nothing.
-Bytes Value(std::size_t size, std::uint8_t seed)
-{
-    Bytes bytes(size);
-    std::iota(bytes.begin(), bytes.end(), seed);
-    return bytes;
-}
-
-/// A local set item.
-Bytes Item(std::uint16_t tag, const Bytes& value)
-{
-    return Join(BigEndian(tag, 2), BigEndian(value.size(), 2), value);
-}
-
-struct Index {
-    std::uint32_t unitBytes = 0;           ///< constant size
-    std::vector<std::uint64_t> units = {}; ///< or where each begins
-    SRational rate{25, 1};
-    std::uint32_t indexSid = 129, bodySid = 1;
-};
-Bytes IndexSegment(const Index& index)
-{
-    std::vector<Bytes> entries;
-    for (const std::uint64_t offset : index.units)
-        entries.push_back(Join(Bytes{0, 0, 0x80}, BigEndian(offset, 8)));
-    Bytes set = Join(Item(0x3C0A, Bytes(16, 7)), Item(0x3F0B, Ratio(index.rate.num, index.rate.den)),
-                     Item(0x3F0C, BigEndian(0, 8)), Item(0x3F0D, BigEndian(index.units.size(), 8)),
-                     Item(0x3F05, BigEndian(index.unitBytes, 4)), Item(0x3F06, BigEndian(index.indexSid, 4)),
-                     Item(0x3F07, BigEndian(index.bodySid, 4)));
-    if (!entries.empty()) set = Join(set, Item(0x3F0A, Batch(entries)));
-    return MxfBuilder{}.klv(kIndexKey, set).bytes;
-}
-
-/// The file of StandardFile, its essence between header and footer.
-struct Built {
-    StandardFile standard = {.pictureRate = {25, 1}, .soundRate = {25, 1}};
-    std::function<void(MxfBuilder&)> essence;
-    Bytes headerIndex = {}, footerIndex = {};
-    Bytes runIn = {};
-    bool isClosed = true; ///< with a footer and a random index pack
-
-    Bytes File() const
-    {
-        MxfBuilder builder{runIn};
-        builder.partition({.status = static_cast<std::uint8_t>(isClosed ? 4 : 1),
-                           .bodySID = 1,
-                           .indexSID = 129,
-                           .metadata = standard.Bytes(),
-                           .index = headerIndex});
-        essence(builder);
-        if (!isClosed) return builder.bytes;
-        builder.partition({.kind = 4, .indexSID = 129, .index = footerIndex});
-        return builder.stateFooter().randomIndexPack().bytes;
-    }
-};
 
 std::vector<std::int64_t> Units(const Keeper& keeper)
 {
@@ -547,38 +486,6 @@ TEST(Blocks, OfSoundAreCutIntoEditUnits)
             EXPECT_EQ(again->bytes, played[i].bytes);
             EXPECT_EQ(again->sample.edit_unit, sample.edit_unit);
         }
-    }
-}
-
-TEST(ClipOfPictures, IsCutAtItsStartCodesWithoutAnIndex)
-{
-    const zanfcp::test::TempFolder folder;
-    for (const auto& [group, between] : {std::pair{"6", "2"}, {"12", "0"}, {"1", "0"}}) {
-        SCOPED_TRACE(group);
-        const std::string path = folder.file("a.m2v");
-        ASSERT_TRUE(zanfcp::test::succeeds("ffmpeg -nostdin -y -f lavfi -i testsrc2=s=160x128:r=25:d=0.8 "
-                                           "-c:v mpeg2video -g " +
-                                           std::string{group} + " -bf " + between + " " + path));
-        const std::string stream = zanfcp::test::readFile(path);
-        Built built;
-        built.standard.hasSound = false;
-        built.essence = [&](MxfBuilder& file) { file.klv(kPictureElement, {stream.begin(), stream.end()}); };
-        Playing playing{built.File()};
-        EXPECT_EQ(playing.PlayAll(), kEnded);
-        const std::vector<Taken> played = playing.streams[0].taken;
-        ASSERT_EQ(played.size(), 20U);
-        const Bytes all = playing.streams[0].All();
-        EXPECT_TRUE(std::ranges::equal(all, stream, {}, {}, [](char x) { return static_cast<std::uint8_t>(x); }));
-        std::vector<bool> isShown(20);
-        for (const Taken& one : played) {
-            EXPECT_EQ(one.bytes[0] | one.bytes[1], 0);
-            isShown.at(static_cast<std::size_t>(one.sample.pts)) = true;
-            const Taken* again = playing.After(0, one.sample.pts, mxf_seek_exact);
-            ASSERT_NE(again, nullptr);
-            EXPECT_EQ(again->bytes, one.bytes);
-            EXPECT_EQ(again->sample.pts, one.sample.pts);
-        }
-        EXPECT_EQ(std::ranges::count(isShown, true), 20);
     }
 }
 

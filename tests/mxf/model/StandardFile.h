@@ -34,6 +34,8 @@ struct StandardFile {
     std::uint16_t base = 25;
     bool dropFrame = false;
     bool hasPicture = true, hasSound = true;
+    std::string_view pictureContainer = "06.0E.2B.34.04.01.01.02.0D.01.03.01.02.04.60.01";
+    std::string_view pictureCoding = "06.0E.2B.34.04.01.01.03.04.01.02.02.01.04.03.00";
     std::vector<MxfSet> more = {};
 
     SHeaderModel Model() const { return BuildHeaderModel(ReadHeaderSets(Bytes())); }
@@ -127,8 +129,8 @@ private:
                            .U32(0x3006, 2)
                            .Rate(0x3001, pictureRate.num, pictureRate.den)
                            .I64(0x3002, containerDuration)
-                           .Ul(0x3004, "06.0E.2B.34.04.01.01.02.0D.01.03.01.02.04.60.01")
-                           .Ul(0x3201, "06.0E.2B.34.04.01.01.03.04.01.02.02.01.04.03.00")
+                           .Ul(0x3004, pictureContainer)
+                           .Ul(0x3201, pictureCoding)
                            .U32(0x3203, 1920)
                            .U32(0x3202, 540)
                            .U8(0x320C, 1)
