@@ -293,7 +293,7 @@ std::optional<SEssenceExtent> CMxfDemuxer::MeasureEssence()
     const SUl& pattern = scanner_.HeaderPartition()->operationalPattern;
     const bool isOneForAll = format.wrapping == EWrapping::clip || ParseOperationalPattern(pattern).IsAtom();
     if (there.elements <= (isOneForAll ? 1 : 0)) return std::nullopt;
-    const std::int64_t units = there.elements / (format.wrapping == EWrapping::field ? 2 : 1);
+    const std::int64_t units = there.elements / ElementsInEditUnit(format);
     return SEssenceExtent{std::max<std::int64_t>(units - std::max<std::int64_t>(offsets_[stream], 0), 0),
                           format.editRate};
 }
@@ -420,7 +420,8 @@ int CMxfDemuxer::GetStreamFormat(int stream, mxf_stream_format* format, bool wit
     if (!probeEssence || !isAlone || !source_) return kSuccess;
     const CPartitionPack& header = *scanner_.HeaderPartition();
     const EWrapping found = ProbeWrapping(*source_, Dict(), header, format->body_sid, duration_.editUnits);
-    if (found != EWrapping::unknown) format->wrapping = static_cast<std::uint32_t>(found);
+    const bool isField = found == EWrapping::frame && formats_[index].wrapping == EWrapping::field;
+    if (found != EWrapping::unknown && !isField) format->wrapping = static_cast<std::uint32_t>(found);
     return kSuccess;
 }
 

@@ -12,8 +12,8 @@ namespace TamrelMxf {
 
 CMxfInterleavedParser::CMxfInterleavedParser(const SEssenceContext& context, std::vector<SEssenceTrack> tracks,
                                              bool canGoBack)
-    : CEssenceParser{context, tracks, true}, reader_{context, BodySid(), IndexSid()}, match_{tracks},
-      canGoBack_{canGoBack}, scout_{reader_}
+    : CEssenceParser{context, tracks, true}, reader_{context, tracks}, match_{tracks},
+      fields_(tracks.size()), canGoBack_{canGoBack}, scout_{reader_}
 {
     scout_.Silence();
 }
@@ -41,6 +41,48 @@ bool CMxfInterleavedParser::IsLast(const SLane& lane, const SPiece& piece)
     return piece.unit < *covered_ ? piece.unit + 1 == *covered_ : next == stated;
 }
 
+CEssenceParser::SPiece CMxfInterleavedParser::PieceOfPackage(const SLane& lane)
+{
+    SPiece piece{.unit = reader_.Unit(), .editUnit = ToLane(lane, reader_.Unit())};
+    piece.duration = std::max<std::int64_t>(ToLane(lane, piece.unit + 1) - piece.editUnit, 1);
+    return piece;
+}
+
+/// Delivers a sample, behind the field that is held for it, if any. \return false when it is refused
+bool CMxfInterleavedParser::Hand(SLane& lane, SPiece piece)
+{
+    SFirstField& first = FieldOf(lane);
+    if (first.position >= 0) {
+        unpacked_ = first.bytes;
+        unpacked_.insert(unpacked_.end(), piece.bytes.begin(), piece.bytes.end());
+        piece.bytes = unpacked_;
+        piece.position = first.position;
+        piece.isDamaged = piece.isDamaged || first.isDamaged;
+    }
+    piece.isLast = IsLast(lane, piece);
+    if (!Deliver(lane, piece)) return false;
+    first.position = -1;
+    ++served_;
+    return true;
+}
+
+/// What is held when a package ends has lost its second field.
+bool CMxfInterleavedParser::HandSingleFields(bool& delivered)
+{
+    for (SLane& lane : Lanes()) {
+        if (FieldOf(lane).position < 0) continue;
+        if (lane.receiver == nullptr) {
+            FieldOf(lane).position = -1;
+            continue;
+        }
+        SPiece piece = PieceOfPackage(lane);
+        piece.isDamaged = true;
+        if (!Hand(lane, piece)) return false;
+        delivered = true;
+    }
+    return true;
+}
+
 int CMxfInterleavedParser::Push()
 {
     bool delivered = false;
@@ -48,6 +90,8 @@ int CMxfInterleavedParser::Push()
     const bool isHeard = std::ranges::any_of(Lanes(), [](const SLane& lane) { return lane.receiver != nullptr; });
     for (;;) {
         EStep step = reader_.Next();
+        const bool isOver = step == EStep::end || (step == EStep::found && reader_.BeginsPackage());
+        if (isOver && !HandSingleFields(delivered)) return kRefused;
         if (step != EStep::found) return delivered ? kDelivered : ToResult(step);
         if (reader_.BeginsPackage()) {
             if (delivered || (isPassing && !isHeard)) return kDelivered;
@@ -56,27 +100,33 @@ int CMxfInterleavedParser::Push()
         }
         isPassing = true;
         SLane* const lane = LaneOf(reader_.Klv());
-        if (lane == nullptr || lane->receiver == nullptr) {
+        const bool isPair = lane != nullptr && ElementsInEditUnit(lane->track.format) == 2;
+        const bool isSecond = isPair && reader_.SeenOfKey() > 0;
+        // A receiver that came between two fields begins with the next package.
+        if (lane == nullptr || lane->receiver == nullptr || (isSecond && FieldOf(*lane).position < 0)) {
+            if (lane != nullptr) FieldOf(*lane).position = -1;
             reader_.Accept();
             continue;
         }
-        SPiece piece;
+        SPiece piece = PieceOfPackage(*lane);
         step = reader_.Load(piece.bytes, piece.isDamaged);
         if (step != EStep::found) return delivered ? kDelivered : ToResult(step);
-        piece.unit = reader_.Unit();
-        piece.editUnit = ToLane(*lane, piece.unit);
-        piece.duration = std::max<std::int64_t>(ToLane(*lane, piece.unit + 1) - piece.editUnit, 1);
         piece.position = reader_.Klv().value;
-        piece.isLast = IsLast(*lane, piece);
+        if (isPair && !isSecond) {
+            FieldOf(*lane) = {.position = piece.position,
+                              .isDamaged = piece.isDamaged,
+                              .bytes = {piece.bytes.begin(), piece.bytes.end()}};
+            reader_.Accept();
+            continue;
+        }
         if (lane->track.format.essenceKind == EEssenceKind::pcm && Aes3::IsEightChannelElement(reader_.Klv().key)) {
             unpacked_.clear();
             Aes3::Unpack(piece.bytes, lane->track.format, unpacked_);
             piece.bytes = unpacked_;
         }
-        if (!Deliver(*lane, piece)) return kRefused;
+        if (!Hand(*lane, piece)) return kRefused;
         reader_.Accept();
         delivered = true;
-        ++served_;
         if (IsServed()) return kDelivered; // what follows may take its time to come
     }
 }
@@ -92,7 +142,7 @@ const SWalkedUnit* CMxfInterleavedParser::Walk(SLane& /*lane*/, std::int64_t uni
             if (Walked().Count() <= met.unit && !Walked().Add(met)) return nullptr;
         }
         SLane* const lane = LaneOf(scout_.Klv());
-        if (lane != nullptr && lane->isReordered) {
+        if (lane != nullptr && lane->isReordered && scout_.SeenOfKey() == 0) {
             if (!scoutOrder_) scoutOrder_ = MakePictureOrder(lane->track.format);
             SWalkedUnit& met = Walked().Last();
             Note(met, scout_.Unit(),
@@ -148,7 +198,8 @@ void CMxfInterleavedParser::Prime(std::int64_t unit)
             reader.BeginPackage();
         }
         SLane* const met = LaneOf(reader.Klv());
-        if (met != nullptr && met->order != nullptr) (void)TimesOf(*met, reader.Unit(), Head(reader.Klv()));
+        const bool isFirst = reader.SeenOfKey() == 0;
+        if (met != nullptr && met->order != nullptr && isFirst) (void)TimesOf(*met, reader.Unit(), Head(reader.Klv()));
         reader.Accept();
     }
 }
@@ -162,6 +213,8 @@ int CMxfInterleavedParser::Seek(mxf_dmuxer_seek& seek)
     if (!place) return kOutOfRange;
 
     reader_.GoTo(*place);
+    for (SFirstField& field : fields_)
+        field.position = -1;
     served_ = 0;
     Interrupt();
     Prime(unit);

@@ -112,7 +112,7 @@ CEssenceWalker::EStep CMxfSingleStreamParser::BeginOf(SLane& lane, std::int64_t 
             if (!WaitForMore(row.bytes, kReadStepBytes) && !Context().input.IsComplete()) return EStep::needsData;
             row.cutter = MakeUnitCutter(lane.track.format, Context().index, row.bytes);
         }
-        if (!row.cutter) row.cutter = MakeElementCutter();
+        if (!row.cutter) row.cutter = MakeElementCutter(lane.track.format);
     }
     for (;;) {
         if (const auto known = row.cutter->Begin(row.bytes, unit)) {

@@ -14,6 +14,13 @@ constexpr std::int64_t kShortestPackage = 17;
 
 } // namespace
 
+CPackageReader::CPackageReader(const SEssenceContext& context, std::span<const SEssenceTrack> tracks)
+    : context_{&context}, indexSid_{tracks.front().format.indexSid}, walker_{context, tracks.front().format.bodySid}
+{
+    for (const SEssenceTrack& track : tracks)
+        picturesOfKey_ = std::max<std::ptrdiff_t>(picturesOfKey_, ElementsInEditUnit(track.format));
+}
+
 CPackageReader::EStep CPackageReader::Next()
 {
     const EStep step = walker_.Next();
@@ -36,9 +43,15 @@ bool CPackageReader::IsNewPackage() const
     if (!isOpen_ || seen_.size() >= kMostElements) return true;
     if (Klv().isSystem && hasElements_) return true;
     const std::uint32_t number = EssenceKeys::NumberOf(Klv().key);
-    if (std::ranges::find(seen_, number) != seen_.end()) return true;
+    const bool isPicture = EssenceKeys::ItemOf(Klv().key.bytes[12]) == EssenceKeys::EItem::picture;
+    if (SeenOfKey() >= (isPicture ? picturesOfKey_ : 1)) return true;
     // Without system items nothing but the order of the elements tells that one of them begins a package.
     return !hasSystemItems_ && !seen_.empty() && Rank(number) < Rank(seen_.back());
+}
+
+std::ptrdiff_t CPackageReader::SeenOfKey() const
+{
+    return std::ranges::count(seen_, EssenceKeys::NumberOf(Klv().key));
 }
 
 std::size_t CPackageReader::Rank(std::uint32_t number) const

@@ -23,9 +23,8 @@ class CPackageReader {
 public:
     using EStep = CEssenceWalker::EStep;
 
-    CPackageReader(const SEssenceContext& context, std::uint32_t bodySid, std::uint32_t indexSid)
-        : context_{&context}, indexSid_{indexSid}, walker_{context, bodySid}
-    {}
+    /// \param tracks  of one container, not empty
+    CPackageReader(const SEssenceContext& context, std::span<const SEssenceTrack> tracks);
 
     /// Looks for the next KLV; stays where it is once there.
     EStep Next();
@@ -40,6 +39,8 @@ public:
 
     /// The number of the package at hand; -1 before the first one.
     std::int64_t Unit() const { return unit_; }
+    /// How many elements with the key of Klv() the package at hand has in front of it.
+    std::ptrdiff_t SeenOfKey() const;
     void Silence() { walker_.Silence(); }
     std::int64_t Position() const { return walker_.Position(); }
     /// Goes to where a package begins.
@@ -51,6 +52,7 @@ private:
 
     const SEssenceContext* context_;
     std::uint32_t indexSid_;
+    std::ptrdiff_t picturesOfKey_ = 1; // in a package, at most: two where they are fields
     CEssenceWalker walker_;
     std::int64_t unit_ = -1;
     std::int64_t next_ = 0;    // the number of the package that Klv() begins

@@ -86,13 +86,19 @@ private:
 
 class CElementCutter final : public CUnitCutter {
 public:
+    explicit CElementCutter(int elements) : elements_{static_cast<std::size_t>(elements)} {}
+
     std::optional<std::int64_t> Begin(CElementBytes& bytes, std::int64_t unit) override
     {
         const auto& parts = bytes.Parts();
         if (unit < 0 || std::cmp_greater_equal(unit, parts.size())) return std::nullopt;
-        return parts[static_cast<std::size_t>(unit)].begin;
+        const std::size_t first = static_cast<std::size_t>(unit) * elements_;
+        return first < parts.size() ? std::optional{parts[first].begin} : std::nullopt;
     }
     bool NeedsRow() const override { return true; }
+
+private:
+    std::size_t elements_; // of an edit unit
 };
 
 /// A rate in Hz as a ratio: whole, a thousandth below something whole, or in thousandths.
@@ -157,7 +163,7 @@ std::unique_ptr<CUnitCutter> MakeUnitCutter(const SStreamFormat& format, CMxfInd
         if (index->Find(format.indexSid, 0))
             return std::make_unique<CIndexCutter>(*index, format.indexSid, isOneElement);
     }
-    if (!isOneElement && format.wrapping != EWrapping::custom) return std::make_unique<CElementCutter>();
+    if (!isOneElement && format.wrapping != EWrapping::custom) return MakeElementCutter(format);
     std::int64_t size = 0;
     if (format.essenceKind == EEssenceKind::dv) size = DvFrameSize(bytes);
     if (format.essenceKind == EEssenceKind::vc3) size = Vc3FrameSize(bytes);
@@ -165,9 +171,9 @@ std::unique_ptr<CUnitCutter> MakeUnitCutter(const SStreamFormat& format, CMxfInd
     return MakeStartCodeCutter(format, bytes);
 }
 
-std::unique_ptr<CUnitCutter> MakeElementCutter()
+std::unique_ptr<CUnitCutter> MakeElementCutter(const SStreamFormat& format)
 {
-    return std::make_unique<CElementCutter>();
+    return std::make_unique<CElementCutter>(ElementsInEditUnit(format));
 }
 
 } // namespace TamrelMxf

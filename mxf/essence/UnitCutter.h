@@ -37,7 +37,7 @@ protected:
 /// wrapping each element is an edit unit. \param index  may be null; borrowed \return null where nothing tells, as far
 /// as the bytes are there
 std::unique_ptr<CUnitCutter> MakeUnitCutter(const SStreamFormat& format, CMxfIndexParser* index, CElementBytes& bytes);
-/// The cutter that makes each element an edit unit.
-std::unique_ptr<CUnitCutter> MakeElementCutter();
+/// The cutter that makes each element an edit unit, or the two that are fields of a frame.
+std::unique_ptr<CUnitCutter> MakeElementCutter(const SStreamFormat& format);
 
 } // namespace TamrelMxf

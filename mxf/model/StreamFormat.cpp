@@ -355,4 +355,15 @@ SStreamFormat DescribeStream(const SStreamLink& link)
     return format;
 }
 
+int ElementsInEditUnit(const SStreamFormat& format)
+{
+    constexpr double kFastestFrames = 30.5;
+    constexpr std::uint64_t kInterlacedJpeg2000 = 0x0D010301020C03; // SMPTE ST 422, I1: frame wrapping, a field a KLV
+    const bool holdsFields =
+        format.wrapping == EWrapping::field || format.essenceContainer.Item() >> 8 == kInterlacedJpeg2000;
+    const bool isPicture = format.type == EStreamType::picture;
+    return isPicture && holdsFields && format.editRate.IsPositive() && format.editRate.ToDouble() < kFastestFrames ? 2
+                                                                                                                   : 1;
+}
+
 } // namespace TamrelMxf

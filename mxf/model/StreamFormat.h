@@ -102,4 +102,9 @@ struct SStreamFormat {
 /// The format of a stream of LinkStreams.
 SStreamFormat DescribeStream(const SStreamLink& link);
 
+/// How many elements an edit unit of frame- or field-wrapped essence has: two where each holds a field and the track
+/// counts frames, else one. No interlaced picture has more than 30 frames a second, so a track that counts faster
+/// counts fields.
+int ElementsInEditUnit(const SStreamFormat& format);
+
 } // namespace TamrelMxf

@@ -88,6 +88,80 @@ TEST(Packages, WithMissingElementsShiftNoOther)
     }
 }
 
+constexpr std::string_view kAvcFields = "06.0E.2B.34.04.01.01.0D.0D.01.03.01.02.10.60.09";
+constexpr std::string_view kJpegInterlaced = "06.0E.2B.34.04.01.01.0D.0D.01.03.01.02.0C.03.00";
+constexpr std::string_view kJpegFields = "06.0E.2B.34.04.01.01.0D.0D.01.03.01.02.0C.05.00";
+constexpr std::string_view kJpegCoding = "06.0E.2B.34.04.01.01.07.04.01.02.02.03.01.01.00";
+
+TEST(FieldWrapping, MakesOneSampleOfTwoFieldsWhereTheTrackCountsFrames)
+{
+    struct Case {
+        std::string_view container;
+        SRational rate;
+        bool hasSystem, hasSound;
+        std::size_t perUnit;
+    };
+    const Case cases[] = {
+        {kAvcFields, {30000, 1001}, true, true, 2},   {kJpegFields, {25, 1}, false, true, 2},
+        {kJpegInterlaced, {25, 1}, true, false, 2},   {kAvcFields, {50, 1}, true, false, 1},
+        {kJpegFields, {60000, 1001}, false, true, 1},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(&c - cases);
+        Built built;
+        built.standard = {.filePicture = -1, .pictureRate = c.rate, .soundRate = c.rate, .hasSound = c.hasSound};
+        built.standard.materialPicture = -1;
+        built.standard.pictureContainer = c.container;
+        built.standard.pictureCoding = kJpegCoding;
+        std::vector<Bytes> expected;
+        built.essence = [&](MxfBuilder& file) {
+            for (std::uint8_t unit = 0; unit < 6; ++unit) {
+                if (c.hasSystem) file.klv(kSystemItem, Bytes(57));
+                Bytes sample;
+                for (std::uint8_t field = 0; field < c.perUnit; ++field) {
+                    if (unit == 3 && field == 1) continue; // it is lost
+                    const Bytes value = Value(300, static_cast<std::uint8_t>(2 * unit + field));
+                    file.klv(kPictureElement, value);
+                    sample = Join(sample, value);
+                }
+                if (c.hasSound) file.klv(kSoundElement, Bytes(5760, unit));
+                expected.push_back(sample);
+            }
+        };
+        Playing playing{built.File()};
+        playing.streams[kPictures].refusals = 9;
+        ASSERT_EQ(playing.PlayAll(), kEnded);
+        const std::vector<Taken> played = playing.streams[kPictures].taken;
+        ASSERT_EQ(played.size(), expected.size());
+        for (std::size_t i = 0; i < played.size(); ++i) {
+            EXPECT_EQ(played[i].bytes, expected[i]) << i;
+            EXPECT_EQ(played[i].sample.edit_unit, static_cast<std::int64_t>(i));
+            EXPECT_EQ((played[i].sample.flags & mxf_sample_damaged) != 0, c.perUnit == 2 && i == 3) << i;
+            const Taken* again = playing.After(kPictures, static_cast<std::int64_t>(i), mxf_seek_exact);
+            ASSERT_NE(again, nullptr);
+            EXPECT_EQ(again->bytes, expected[i]) << i;
+        }
+    }
+}
+
+TEST(FieldWrapping, OfAFileThatGrowsIsMeasuredAsItIsDelivered)
+{
+    for (const auto& [rate, units] : {std::pair{SRational{25, 1}, 3U}, {SRational{50, 1}, 6U}}) {
+        Built built;
+        built.isClosed = false;
+        built.standard = {.materialPicture = -1, .filePicture = -1, .pictureRate = rate, .hasSound = false};
+        built.standard.pictureContainer = kAvcFields;
+        built.essence = [](MxfBuilder& file) {
+            for (std::uint8_t field = 0; field < 6; ++field)
+                file.klv(kPictureElement, Value(300, field));
+        };
+        Playing playing{built.File()};
+        (void)playing.PlayAll();
+        EXPECT_EQ(playing.info.duration, units);
+        EXPECT_EQ(playing.streams[kPictures].taken.size(), units);
+    }
+}
+
 TEST(Packages, AreFoundBehindRunInFillAndOtherPartitions)
 {
     Built built;

@@ -89,6 +89,26 @@ TEST(StreamDemuxer, NothingIsLostWhateverTheSlices)
     }
 }
 
+TEST(StreamDemuxer, TwoFieldsOfAFrameAreOneSample)
+{
+    const Bytes metadata = StandardFile{.pictureContainer = "06.0E.2B.34.04.01.01.0D.0D.01.03.01.02.10.60.09"}.Bytes();
+    MxfBuilder builder;
+    builder.bytes = PackBytes({.header = metadata.size()});
+    putBytes(builder.bytes, metadata);
+    for (std::uint8_t unit = 0; unit < 3; ++unit)
+        builder.klv(kPictureKey, Bytes(10, unit)).klv(kPictureKey, Bytes(20, unit)).klv(kSoundKey, Bytes(100, 9));
+    builder.partition({.kind = 4}).randomIndexPack();
+    for (const std::size_t slice : {std::size_t{1}, builder.bytes.size()}) {
+        Pushing pushing;
+        pushing.push(builder.bytes, [slice] { return slice; });
+        ASSERT_TRUE(pushing.gets(mxf_stream_ended));
+        const std::vector<Taken>& taken = pushing.receivers[0].taken;
+        ASSERT_EQ(taken.size(), 3U);
+        for (std::size_t i = 0; i < 3; ++i)
+            EXPECT_EQ(taken[i].bytes, Bytes(30, static_cast<std::uint8_t>(i)));
+    }
+}
+
 TEST(StreamDemuxer, ARunInAndBodyPartitionsInFrontAreSkipped)
 {
     Stream stream = makeStream();
