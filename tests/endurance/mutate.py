@@ -11,18 +11,22 @@ import concurrent.futures
 import json
 import os
 import random
-import resource
 import shutil
 import signal
 import struct
-import subprocess
 import threading
 import time
+import xml.parsers.expat
+from dataclasses import dataclass
 from pathlib import Path
 
-from common import MIB, RECORDINGS, Scratch, finish, is_well_formed, make_recording, named, run
+from common import MIB, RECORDINGS, Scratch, finish, make_recording, named
 
 SANITIZER_EXIT = 99
+ENVIRONMENT = {**os.environ,
+               "ASAN_OPTIONS": f"exitcode={SANITIZER_EXIT}:max_allocation_size_mb=256:quarantine_size_mb=8",
+               "UBSAN_OPTIONS": f"exitcode={SANITIZER_EXIT}:print_stacktrace=1"}
+WALL_SECONDS = 180
 MOST_OUTPUT = 64 * MIB  # the largest page of an undamaged file has some 30 KiB
 STRANGE = [0, 1, 2, 3, 4, 7, 8, 15, 16, 0x7F, 0x80, 0xFF, 0x7FFF, 0x8000, 0xFFFF, 0x7FFFFFFF, 0x80000000, 0xFFFFFFFF,
            0x7FFFFFFFFFFFFFFF, 0x8000000000000000, 0xFFFFFFFFFFFFFFFF]
@@ -99,32 +103,104 @@ def damage(dice: random.Random, data: bytearray, other: bytes, is_mxf: bool) -> 
 
 
 class Trial:
-    """One damaged file and all that is done with it."""
+    """One damaged file and all that is done with it: a QuickTime file for an even seed, an MXF file for an odd one."""
 
     def __init__(self, seed: int, recordings: dict):
         dice = random.Random(seed)
         self.seed = seed
-        self.name = dice.choice(sorted(recordings))
-        self.is_mxf = self.name.endswith(".mxf")
+        self.is_mxf = seed % 2 == 1
+        self.kind = "mxf" if self.is_mxf else "mov"
+        names = sorted(name for name in recordings if name.endswith(self.kind))
+        self.name = dice.choice(names)
         data = bytearray(recordings[self.name])
-        other = recordings[dice.choice(sorted(name for name in recordings if name.endswith(self.name[-4:])))]
+        other = recordings[dice.choice(names)]
         self.steps = [damage(dice, data, other, self.is_mxf) for _ in range(dice.choice([1, 1, 1, 2, 3, 6]))]
         self.data = bytes(data)
         self.stream = dice.randrange(3)
         self.partner = dice.choice(sorted(recordings)) if dice.random() < 0.5 else None
+        self.as_json = ["--json"] if dice.random() < 0.5 else []
+        self.share = dice.choice(["dump", "samples", "stream"])
 
     def commands(self, path: Path, folder: Path, document: Path) -> list:
         partner = [folder / self.partner] if self.partner else []
         listed = [("inspect", ["inspect", "--json", path]),
                   ("build", ["build", path, *partner, "--sequence", "-o", document])]
         if self.is_mxf:
-            listed += [("mxf info", ["mxf", "info", "--json", path]),
-                       ("mxf info", ["mxf", "info", path]),
-                       ("mxf dump", ["mxf", "dump", path]),
-                       ("mxf samples", ["mxf", "samples", "--json", path]),
+            listed += [("mxf info", ["mxf", "info", *self.as_json, path]),
                        ("mxf extract", ["mxf", "extract", path, "--stream", self.stream, "-o", "-"]),
-                       ("mxf stream", ["mxf", "stream", "-"])]
+                       {"dump": ("mxf dump", ["mxf", "dump", path]),
+                        "samples": ("mxf samples", ["mxf", "samples", *self.as_json, path]),
+                        "stream": ("mxf stream", ["mxf", "stream", "-"])}[self.share]]
         return listed
+
+
+@dataclass
+class Outcome:
+    code: int  # negative: the number of the signal that ended it
+    seconds: float  # of CPU time
+    mebibytes: float  # in memory at most
+    hung: bool
+    page: bytes
+    err: str
+
+
+class Runner:
+    """Starts programs from many threads, though only some at a time until they sleep: a cut MXF file is waited for."""
+
+    def __init__(self, limits: list, busy: int):
+        self.prefix = ["prlimit", *limits, "--"]
+        self.starting = threading.Semaphore(busy)
+        self.lock = threading.Lock()
+        self.running = {}  # process: since when, and whether it counts as busy
+        threading.Thread(target=self.watch, daemon=True).start()
+
+    def watch(self):
+        while True:
+            time.sleep(0.05)
+            with self.lock:
+                for process, (began, busy) in self.running.items():
+                    age = time.monotonic() - began
+                    if busy and age > 0.2 and self.sleeps(process):
+                        self.running[process] = (began, False)
+                        self.starting.release()
+                    if age > WALL_SECONDS:
+                        os.kill(process, signal.SIGKILL)
+
+    @staticmethod
+    def sleeps(process: int) -> bool:
+        try:
+            return Path(f"/proc/{process}/stat").read_text().rpartition(")")[2].split()[0] == "S"
+        except OSError:
+            return False
+
+    def run(self, command: list, source: Path, page: Path) -> Outcome:
+        err = page.with_suffix(".err")
+        files = [(os.POSIX_SPAWN_OPEN, 0, str(source), os.O_RDONLY, 0)]
+        files += [(os.POSIX_SPAWN_OPEN, number, str(path), os.O_WRONLY | os.O_CREAT | os.O_TRUNC, 0o600)
+                  for number, path in ((1, page), (2, err))]
+        self.starting.acquire()
+        began = time.monotonic()
+        with self.lock:
+            process = os.posix_spawnp("prlimit", [*self.prefix, *map(str, command)], ENVIRONMENT, file_actions=files,
+                                      setsigdef=[signal.SIGPIPE, signal.SIGXFSZ])
+            self.running[process] = (began, True)
+        os.waitid(os.P_PID, process, os.WEXITED | os.WNOWAIT)
+        with self.lock:  # its number is free for others only after this
+            _, status, used = os.wait4(process, 0)
+            busy = self.running.pop(process)[1]
+        if busy:
+            self.starting.release()
+        return Outcome(os.waitstatus_to_exitcode(status), used.ru_utime + used.ru_stime, used.ru_maxrss / 1024,
+                       time.monotonic() - began > WALL_SECONDS, page.read_bytes(), err.read_text(errors="replace"))
+
+
+def flaw(document: bytes) -> str:
+    """Why it is not well-formed, or nothing."""
+    try:
+        xml.parsers.expat.ParserCreate().Parse(document, True)
+        return ""
+    except xml.parsers.expat.ExpatError as problem:
+        return str(problem)
 
 
 class Campaign:
@@ -132,85 +208,91 @@ class Campaign:
         self.arguments, self.folder, self.recordings = arguments, folder, recordings
         self.lock = threading.Lock()
         self.files = collections.Counter()
-        self.outcomes = collections.Counter()
+        self.outcomes = collections.defaultdict(list)
         self.documents = 0
         self.findings = 0
-        self.longest = 0.0
-        self.limits = [(resource.RLIMIT_CPU, arguments.cpu_seconds), (resource.RLIMIT_FSIZE, MOST_OUTPUT),
-                       (resource.RLIMIT_CORE, 0)]
-        if arguments.memory:
-            self.limits.append((resource.RLIMIT_AS, arguments.memory * MIB))
+        self.began = self.told = time.monotonic()
+        limits = [f"--cpu={arguments.cpu_seconds}:{arguments.cpu_seconds + 1}", f"--fsize={MOST_OUTPUT}", "--core=0"]
+        if arguments.address_space:
+            limits.append(f"--as={arguments.address_space * MIB}")
+        self.runner = Runner(limits, arguments.busy)
 
     def report(self, trial: Trial, command, what: str, detail: str):
-        suffix = trial.name[-4:]
         self.arguments.keep.mkdir(parents=True, exist_ok=True)
-        kept = self.arguments.keep / f"mutate-{trial.seed}{suffix}"
+        kept = self.arguments.keep / f"mutate-{trial.seed}.{trial.kind}"
         kept.write_bytes(trial.data)
         with self.lock:
             self.findings += 1
         print(f"\nFINDING seed {trial.seed} ({trial.name}: {', '.join(trial.steps)}): {what}\n  kept as {kept}\n  zanfcp "
               + " ".join(str(word) for word in command) + "\n" + detail[-3000:], flush=True)
 
-    def check(self, trial: Trial, path: Path, work: Path):
-        document = work / "show.xml"
-        for name, command in trial.commands(path, self.folder, document):
-            document.unlink(missing_ok=True)
-            page = work / "page"
-            began = time.monotonic()
-            with open(page, "wb") as sink:
-                outcome = run([self.arguments.zanfcp, *command], self.limits, stdin=path if command[-1] == "-" else None,
-                              stdout=sink, wall_seconds=180,
-                              environment={"ASAN_OPTIONS": f"exitcode={SANITIZER_EXIT}:max_allocation_size_mb=256",
-                                           "UBSAN_OPTIONS": f"exitcode={SANITIZER_EXIT}:print_stacktrace=1"})
-            elapsed = time.monotonic() - began
-            with self.lock:
-                self.outcomes[name, outcome.code] += 1
-                self.longest = max(self.longest, elapsed)
-            what = None
-            if outcome.hung:
-                what = "still running after three minutes"
-            elif outcome.code in (-signal.SIGXCPU, -signal.SIGKILL):
-                what = f"more than {self.arguments.cpu_seconds} s of CPU time"
-            elif outcome.code not in (0, 1):
-                what = named(outcome.code)
-            elif page.stat().st_size >= MOST_OUTPUT:
-                what = "endless output"
-            elif "terminate called" in outcome.err or "bad_alloc" in outcome.err:
-                what = "out of memory"
-            elif name == "build" and outcome.code == 0:
-                with self.lock:
-                    self.documents += 1
-                if not document.exists() or not is_well_formed(document):
-                    what = "the document is not well-formed"
-            elif name == "build" and document.exists():
-                what = "a document in spite of a failure"
-            elif "--json" in command:
-                try:
-                    for line in page.read_text().splitlines() if name != "mxf info" else [page.read_text() or "{}"]:
-                        json.loads(line)
-                except ValueError as problem:
-                    what = f"no JSON: {problem}"
-            if what:
-                shutil.copy(document, self.arguments.keep) if document.exists() and self.arguments.keep.exists() else None
-                self.report(trial, command, what, outcome.err)
+    def problem(self, name: str, command: list, outcome: Outcome, document: Path) -> str:
+        """What is wrong with a run, or nothing."""
+        if outcome.hung:
+            return "still running after three minutes"
+        if outcome.code in (-signal.SIGXCPU, -signal.SIGKILL) or outcome.seconds > self.arguments.cpu_seconds:
+            return f"{outcome.seconds:.2f} s of CPU time"
+        if outcome.code not in (0, 1):
+            return named(outcome.code)
+        if outcome.mebibytes > self.arguments.memory:
+            return f"{outcome.mebibytes:.0f} MiB of memory"
+        if len(outcome.page) >= MOST_OUTPUT:
+            return "endless output"
+        if "terminate called" in outcome.err or "bad_alloc" in outcome.err:
+            return "out of memory"
+        if name == "build":
+            if document.exists() != (outcome.code == 0):
+                return "no document" if outcome.code == 0 else "a document in spite of a failure"
+            return outcome.code == 0 and flaw(document.read_bytes())
+        if "--json" in command and outcome.page:
+            try:
+                for line in [outcome.page] if name == "mxf info" else outcome.page.splitlines():
+                    json.loads(line)
+            except ValueError as problem:
+                return f"no JSON: {problem}"
+        return ""
 
     def one(self, seed: int):
         trial = Trial(seed, self.recordings)
         work = self.folder / f"trial-{seed}"
         work.mkdir()
-        path = work / f"damaged{trial.name[-4:]}"
+        path, document = work / f"damaged.{trial.kind}", work / "show.xml"
         path.write_bytes(trial.data)
-        self.check(trial, path, work)
+        for name, command in trial.commands(path, self.folder, document):
+            outcome = self.runner.run([self.arguments.zanfcp, *command], path if command[-1] == "-" else os.devnull, work / "page")
+            with self.lock:
+                self.outcomes[trial.kind, name].append((outcome.code, outcome.seconds, outcome.mebibytes))
+                self.documents += document.exists()
+            what = self.problem(name, command, outcome, document)
+            if what:
+                self.report(trial, command, what, outcome.err)
+                if document.exists():
+                    shutil.copy(document, self.arguments.keep / f"mutate-{seed}.xml")
+            document.unlink(missing_ok=True)
         shutil.rmtree(work)
         with self.lock:
-            self.files[trial.name[-3:]] += 1
+            self.files[trial.kind] += 1
+            if time.monotonic() - self.told > 300:
+                self.told = time.monotonic()
+                self.tell()
+
+    def tell(self):
+        print(f"\n{time.monotonic() - self.began:.0f} s; damaged files: "
+              + ", ".join(f"{count} .{kind}" for kind, count in sorted(self.files.items()))
+              + f"; seeds from {self.arguments.seed}; {self.documents} documents; {self.findings} findings")
+        for (kind, name), runs in sorted(self.outcomes.items()):
+            codes = collections.Counter(code for code, _, _ in runs)
+            print(f"  .{kind} {name:12} {len(runs):6} runs; "
+                  + ", ".join(f"{named(code)}: {count}" for code, count in sorted(codes.items()))
+                  + f"; CPU time {1000 * sum(seconds for _, seconds, _ in runs) / len(runs):.0f} ms, at most "
+                  f"{1000 * max(seconds for _, seconds, _ in runs):.0f} ms; memory at most {max(size for _, _, size in runs):.0f} MiB",
+                  flush=True)
 
     def run(self):
-        began = time.monotonic()
         seeds = iter(range(self.arguments.seed, self.arguments.seed + (self.arguments.count or 1 << 40)))
 
         def work():
-            while time.monotonic() - began < self.arguments.seconds and self.findings < 20:
+            while time.monotonic() - self.began < self.arguments.seconds and self.findings < 20:
                 with self.lock:
                     seed = next(seeds, None)
                 if seed is None:
@@ -220,25 +302,26 @@ class Campaign:
         with concurrent.futures.ThreadPoolExecutor(self.arguments.jobs) as pool:
             for done in [pool.submit(work) for _ in range(self.arguments.jobs)]:
                 done.result()
-        print(f"\n{time.monotonic() - began:.0f} s; damaged files: "
-              + ", ".join(f"{count} .{kind}" for kind, count in sorted(self.files.items()))
-              + f"; seeds from {self.arguments.seed}; {self.documents} documents; longest run {self.longest:.1f} s")
-        for name in sorted({name for name, _ in self.outcomes}):
-            print(f"  {name:12} " + ", ".join(f"{named(code)}: {count}" for (own, code), count
-                                              in sorted(self.outcomes.items()) if own == name))
+        self.tell()
 
 
 def main():
+    processors = os.cpu_count() or 1
     options = argparse.ArgumentParser(description=__doc__)
     options.add_argument("zanfcp", type=Path)
     options.add_argument("--seconds", type=float, default=600)
+    options.add_argument("--each", type=int, help="this many files of each kind, however long it takes")
     options.add_argument("--seed", type=int, default=int(time.time()) * 1000)
     options.add_argument("--count", type=int, help="this many files, though time be left; 1 repeats a finding")
     options.add_argument("--cpu-seconds", type=int, default=1)
-    options.add_argument("--memory", type=int, help="MiB of address space; not with sanitizers, which need terabytes")
-    options.add_argument("--jobs", type=int, default=12 * (os.cpu_count() or 1), help="many, because cut MXF files are waited for")
+    options.add_argument("--memory", type=int, default=256, help="MiB in memory at most, the sanitizers' own included")
+    options.add_argument("--address-space", type=int, help="MiB; not with sanitizers, which need terabytes")
+    options.add_argument("--jobs", type=int, default=min(64, 16 * processors), help="many, because most wait for cut MXF files")
+    options.add_argument("--busy", type=int, default=processors + 1, help="as many of them at a time that do not wait")
     options.add_argument("--keep", type=Path, default=Path("build/endurance-findings"))
     arguments = options.parse_args()
+    if arguments.each:
+        arguments.count, arguments.seconds = 2 * arguments.each, float("inf")
     with Scratch() as folder:
         recordings = {name: make_recording(folder / name, how).read_bytes() for name, how in RECORDINGS.items()}
         campaign = Campaign(arguments, folder, recordings)
