@@ -206,6 +206,7 @@ def flaw(document: bytes) -> str:
 class Campaign:
     def __init__(self, arguments, folder: Path, recordings: dict):
         self.arguments, self.folder, self.recordings = arguments, folder, recordings
+        self.program = arguments.zanfcp.resolve()
         self.lock = threading.Lock()
         self.files = collections.Counter()
         self.outcomes = collections.defaultdict(list)
@@ -259,7 +260,7 @@ class Campaign:
         path, document = work / f"damaged.{trial.kind}", work / "show.xml"
         path.write_bytes(trial.data)
         for name, command in trial.commands(path, self.folder, document):
-            outcome = self.runner.run([self.arguments.zanfcp, *command], path if command[-1] == "-" else os.devnull, work / "page")
+            outcome = self.runner.run([self.program, *command], path if command[-1] == "-" else os.devnull, work / "page")
             with self.lock:
                 self.outcomes[trial.kind, name].append((outcome.code, outcome.seconds, outcome.mebibytes))
                 self.documents += document.exists()
