@@ -186,7 +186,8 @@ std::vector<std::string> ProjectFolder::keysWithWork() const
     while (const dirent* entry = ::readdir(listing.get())) {
         const std::string_view name = entry->d_name;
         struct stat info {};
-        if (name.starts_with('.') && name.ends_with(".tmp")) // nobody else writes here while the lock is held
+        if (name.starts_with('.') &&
+            (name.ends_with(".tmp") || name.ends_with(".part"))) // nobody else writes here while the lock is held
             ::unlinkat(work_.value(), entry->d_name, 0);
         else if (name.ends_with(kWorkSuffix) &&
                  ::fstatat(work_.value(), entry->d_name, &info, AT_SYMLINK_NOFOLLOW) == 0)

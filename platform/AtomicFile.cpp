@@ -1,11 +1,13 @@
 #include "platform/AtomicFile.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <csignal>
 #include <cstring>
 #include <fcntl.h>
 #include <filesystem>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -35,22 +37,69 @@ Result<std::string> followLinks(const std::string& path)
     return systemError("write", path, ELOOP);
 }
 
+constexpr std::string_view kWholeSuffix = ".tmp";    ///< flushed, and locked from before it had the name
+constexpr std::string_view kGrowingSuffix = ".part"; ///< still written, where files cannot be without a name
+
+/// What the names beside `target` begin with.
+std::string stemBeside(const std::filesystem::path& target)
+{
+    constexpr std::size_t kNameLimit = 200; // leaves room for the rest below NAME_MAX
+    return std::string{"."}.append(target.filename().string(), 0, kNameLimit).append(".");
+}
+
 /// Calls `take(name)` with names beside `target` until one is free. \return what `take` returned last
-template <typename Take> int takeNameBeside(const std::string& target, std::string& name, Take take)
+template <typename Take>
+int takeNameBeside(const std::filesystem::path& target, std::string_view suffix, std::string& name, Take take)
 {
     static std::atomic<unsigned> serial{0};
-    constexpr std::size_t kNameLimit = 200; // leaves room for the suffix below NAME_MAX
-    const std::filesystem::path place{target};
-    std::string stem = ".";
-    stem.append(place.filename().string(), 0, kNameLimit).append(".").append(std::to_string(::getpid()));
+    const std::string stem = stemBeside(target) + std::to_string(::getpid()) + "-";
     int result = -1;
     for (int attempt = 0; attempt < 100; ++attempt) {
-        name = (place.parent_path() / (stem + "-" + std::to_string(serial++) + ".tmp")).string();
+        name = (target.parent_path() / (stem + std::to_string(serial++)).append(suffix)).string();
         result = take(name.c_str());
         if (result >= 0 || errno != EEXIST) break;
     }
     if (result < 0) name.clear();
     return result;
+}
+
+/// Whether `takeNameBeside` makes such a name of a whole file from `stem`.
+bool isNameBeside(std::string_view name, std::string_view stem)
+{
+    if (!name.starts_with(stem) || !name.ends_with(kWholeSuffix) || name.size() < stem.size() + kWholeSuffix.size())
+        return false;
+    name = name.substr(stem.size(), name.size() - stem.size() - kWholeSuffix.size());
+    const auto isNumber = [](std::string_view text) {
+        return !text.empty() && std::ranges::all_of(text, [](char c) { return c >= '0' && c <= '9'; });
+    };
+    const std::size_t dash = name.find('-');
+    return dash != name.npos && isNumber(name.substr(0, dash)) && isNumber(name.substr(dash + 1));
+}
+
+/// Removes whole files that were to replace `target` and whose writers were killed right before the rename. A writer
+/// holds its lock until it is done or gone, so the lock tells: getting it for a file that still has its name means that
+/// nobody will rename or remove it, and nobody else removes it without the lock.
+void removeLeftovers(const std::filesystem::path& target)
+{
+    const std::string stem = stemBeside(target);
+    const std::filesystem::path folder = target.parent_path();
+    std::error_code failed;
+    std::filesystem::directory_iterator entry{folder.empty() ? "." : folder, failed};
+    for (; !failed && entry != std::filesystem::directory_iterator{}; entry.increment(failed)) {
+        const std::string path = entry->path().string();
+        if (!isNameBeside(entry->path().filename().string(), stem)) continue;
+        const auto isOurs = [](const struct stat& info) {
+            return S_ISREG(info.st_mode) && info.st_uid == ::geteuid() && info.st_nlink == 1;
+        };
+        struct stat named {};
+        struct stat opened {};
+        if (::lstat(path.c_str(), &named) != 0 || !isOurs(named)) continue;
+        const FileDescriptor file{::open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC)};
+        if (!file || ::flock(file.value(), LOCK_EX | LOCK_NB) != 0 || ::fstat(file.value(), &opened) != 0) continue;
+        if (::lstat(path.c_str(), &named) == 0 && isOurs(named) && named.st_dev == opened.st_dev &&
+            named.st_ino == opened.st_ino)
+            ::unlink(path.c_str());
+    }
 }
 
 /// A new file in the folder of `target` that has no name yet, so that nothing of it is left when a signal ends the
@@ -60,13 +109,16 @@ FileDescriptor createUnnamed(const std::string& target)
     if (::access(kOwnDescriptors, X_OK) != 0) return {};
     const std::filesystem::path folder = std::filesystem::path{target}.parent_path();
     const std::string place = folder.empty() ? std::string(".") : folder.string();
-    return FileDescriptor{::open(place.c_str(), O_WRONLY | O_TMPFILE | O_CLOEXEC, 0666)};
+    FileDescriptor file{::open(place.c_str(), O_WRONLY | O_TMPFILE | O_CLOEXEC, 0666)};
+    // Whoever looks for leftovers must not take this one for such once it has a name; without a lock it gets none.
+    if (file && ::flock(file.value(), LOCK_EX | LOCK_NB) != 0) return {};
+    return file;
 }
 
 /// A new file beside `target`, created as open(2) creates any file, so that the umask counts.
 FileDescriptor createBeside(const std::string& target, std::string& temporary)
 {
-    return FileDescriptor{takeNameBeside(target, temporary, [](const char* name) {
+    return FileDescriptor{takeNameBeside(target, kGrowingSuffix, temporary, [](const char* name) {
         return ::open(name, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
     })};
 }
@@ -161,6 +213,14 @@ Status AtomicFile::commit()
 {
     if (place_ == Place::target) return {};
     if (::fsync(descriptor_.value()) != 0) return systemError("flush", target_, errno);
+    if (Status named = nameTarget(); !named) return named;
+    // Where files have names while they are written, they may lie on another machine, where a lock says little.
+    if (place_ == Place::unnamed) removeLeftovers(target_);
+    return {};
+}
+
+Status AtomicFile::nameTarget()
+{
     // From here to the end only what must be: a name beside the target stays when the program is killed in between.
     // Closing comes last; of a file that is flushed it has nothing left to tell.
     const SignalsHeld held;
@@ -174,7 +234,7 @@ Status AtomicFile::commit()
             return {};
         }
         // A link cannot replace a file, and a rename needs a name: both are needed.
-        if (errno != EEXIST || takeNameBeside(target_, temporary_, link) != 0)
+        if (errno != EEXIST || takeNameBeside(target_, kWholeSuffix, temporary_, link) != 0)
             return systemError("name", target_, errno);
     }
     if (::rename(temporary_.c_str(), target_.c_str()) != 0) return systemError("rename to", target_, errno);

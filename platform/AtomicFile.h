@@ -11,9 +11,10 @@ namespace zanfcp {
 
 /// Writes a file whole or not at all: without a name, or under a temporary one beside the target where the file system
 /// has no files without a name, then flushed to the disk and renamed. Without `commit` nothing of it stays; only
-/// SIGKILL between the last two calls of a replacement leaves the whole new file as `.NAME.PID-N.tmp`, and where files
-/// must have a name, any end of the program leaves what was written. A target that is no regular file (a device, a
-/// FIFO) is written in place; symbolic links are followed, and what they lead to is replaced, or made.
+/// SIGKILL between the last two calls of a replacement leaves the whole new file as `.NAME.PID-N.tmp`, which the next
+/// `commit` for the same target removes, and where files must have a name, any end of the program leaves what was
+/// written, as `.NAME.PID-N.part`. A target that is no regular file (a device, a FIFO) is written in place; symbolic
+/// links are followed, and what they lead to is replaced, or made.
 class AtomicFile {
 public:
     /// What becomes of a symbolic link, or of anything else that is no regular file, at the path.
@@ -41,6 +42,8 @@ public:
 private:
     /// Where the bytes go until `commit`.
     enum class Place { target, unnamed, beside };
+
+    Status nameTarget();
 
     AtomicFile(FileDescriptor descriptor, std::string target, Place place, std::string temporary);
 

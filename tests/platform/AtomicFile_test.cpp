@@ -5,7 +5,9 @@
 #include <csignal>
 #include <fcntl.h>
 #include <filesystem>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/file.h>
 #include <sys/inotify.h>
 #include <sys/stat.h>
 #include <thread>
@@ -90,6 +92,12 @@ TEST(AtomicFile, OldContentStaysWithoutCommit)
     EXPECT_EQ(namesIn(folder.path()).size(), 1U);
 }
 
+bool hasUnnamedFiles(const fs::path& folder)
+{
+    const FileDescriptor probe{::open(folder.c_str(), O_WRONLY | O_TMPFILE | O_CLOEXEC, 0600)};
+    return bool(probe);
+}
+
 /// The names that come up in `folder` while `act` runs.
 template <typename Act> std::vector<std::string> namesDuring(const fs::path& folder, Act act)
 {
@@ -110,14 +118,54 @@ template <typename Act> std::vector<std::string> namesDuring(const fs::path& fol
 TEST(AtomicFile, NewFileNeverHasAnotherNameThatAKilledProgramCouldLeave)
 {
     const TempFolder folder;
-    if (const int probe = ::open(folder.path().c_str(), O_WRONLY | O_TMPFILE | O_CLOEXEC, 0600); probe >= 0)
-        ::close(probe);
-    else
-        GTEST_SKIP() << "this file system has no files without a name";
+    if (!hasUnnamedFiles(folder.path())) GTEST_SKIP() << "this file system has no files without a name";
     const std::string path = folder.file("show.xml");
     EXPECT_EQ(namesDuring(folder.path(), [&] { writeWhole(path, "new"); }), std::vector<std::string>{"show.xml"});
     EXPECT_EQ(namesDuring(folder.path(), [&] { writeWhole(path, "newer"); }).back(), "show.xml");
     EXPECT_EQ(readFile(path), "newer");
+}
+
+TEST(AtomicFile, OnlyWhatAKilledWriterOfTheSameTargetLeftIsRemoved)
+{
+    const TempFolder folder;
+    if (!hasUnnamedFiles(folder.path())) GTEST_SKIP() << "this file system has no files without a name";
+    const std::string path = folder.file("show.xml");
+    for (const char* name : {".show.xml.12-0.tmp", ".show.xml.4194304-17.tmp"})
+        folder.write(name, "whole");
+    std::vector<std::string> kept{"show.xml"};
+    for (const char* name : {".show.xml.12-1.tmp~", ".show.xml.12-1.part", ".show.xml.tmp", ".show.xml.12.tmp",
+                             ".show.xml.-1.tmp", ".show.xml.12-.tmp", ".show.xml.1-2-3.tmp", ".show.xml.a-1.tmp",
+                             ".show.xmlx.12-1.tmp", ".how.xml.12-1.tmp", "show.xml.12-1.tmp", ".show.xml.12-2.tmp"})
+        kept.push_back(fs::path(folder.write(name, "another's")).filename().string());
+    const FileDescriptor writer{::open(folder.file(".show.xml.12-2.tmp").c_str(), O_WRONLY | O_CLOEXEC)};
+    ASSERT_EQ(::flock(writer.value(), LOCK_EX), 0) << "its writer is there still";
+    fs::create_symlink(folder.file(".show.xml.12-1.part"), folder.file(".show.xml.12-3.tmp"));
+    fs::create_directory(folder.file(".show.xml.12-4.tmp"));
+    fs::create_hard_link(folder.file(".show.xml.12-1.part"), folder.file(".show.xml.12-5.tmp"));
+    ASSERT_EQ(::mkfifo(folder.file(".show.xml.12-6.tmp").c_str(), 0600), 0);
+    for (const char* name : {".show.xml.12-3.tmp", ".show.xml.12-4.tmp", ".show.xml.12-5.tmp", ".show.xml.12-6.tmp"})
+        kept.emplace_back(name);
+
+    for (const char* round : {"a new file", "a replacement"}) {
+        folder.write(".show.xml.99-9.tmp", "whole");
+        writeWhole(path, round);
+        EXPECT_THAT(namesIn(folder.path()), testing::UnorderedElementsAreArray(kept)) << round;
+    }
+}
+
+TEST(AtomicFile, WritersOfOneTargetDoNotRemoveEachOthersFiles)
+{
+    const TempFolder folder;
+    const std::string path = folder.write("show.xml", "old");
+    std::vector<std::thread> writers;
+    for (int writer = 0; writer < 4; ++writer)
+        writers.emplace_back([&path] {
+            for (int round = 0; round < 100; ++round)
+                writeWhole(path, "new");
+        });
+    for (std::thread& writer : writers)
+        writer.join();
+    EXPECT_EQ(namesIn(folder.path()), std::vector<std::string>{"show.xml"});
 }
 
 TEST(AtomicFile, SignalsAreOnlyHeldDuringCommit)
