@@ -92,8 +92,8 @@ class Host:
         self.command = [str(word) for word in [program, "host", "--projects", self.projects, "--socket", self.socket]]
         self.program, self.project = str(program), self.projects / "show.xml"
         first, second = map(str, documents)
-        self.steps = [["send", first, "--project", self.project], ["save", self.project], ["send", second], ["save"],
-                      ["send", first], ["close"]]
+        self.steps = [["send", first, "--project", self.project], ["save", self.project], ["send", second],
+                      ["send", first], ["save"], ["send", first], ["close"]]
         self.states = [(None, None)]  # what the file and the host have after so many steps
         self.counts = collections.Counter()
         self.prepare(True)
