@@ -26,6 +26,23 @@ std::string written(const zanfcp::EventMessage& message, zanfcp::MessageKind kin
     return bytes;
 }
 
+/// A number that a parameter holds makes the same parameter again.
+void look(const zanfcp::EventMessage& message)
+{
+    using zanfcp::EventDescriptor;
+    for (const auto& [keyword, descriptor] : message.parameters) {
+        if (message.find(keyword) == nullptr) std::abort();
+        (void)descriptor.asFloat64();
+        if (const auto value = descriptor.asLong32(); value && EventDescriptor::long32(*value) != descriptor)
+            std::abort();
+        if (const auto value = descriptor.asLong64(); value && EventDescriptor::long64(*value) != descriptor)
+            std::abort();
+        if (const auto value = descriptor.asBoolean();
+            value && EventDescriptor::boolean(*value).type != descriptor.type)
+            std::abort();
+    }
+}
+
 } // namespace
 
 // The first byte says which side reads and how large the pieces are; what was read must be written the same.
@@ -42,7 +59,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             bytes.remove_prefix(reader.feed(bytes.substr(0, step)));
         if (!reader.complete()) break;
         const std::string_view used = start.substr(0, start.size() - bytes.size());
-        if (written(reader.take(), kind) != used) std::abort();
+        const zanfcp::EventMessage message = reader.take();
+        look(message);
+        if (written(message, kind) != used) std::abort();
     }
     if (reader.fault() != 0 && !reader.space().empty()) std::abort();
     return 0;
