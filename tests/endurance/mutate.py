@@ -138,7 +138,7 @@ class Trial:
 class Outcome:
     code: int  # negative: the number of the signal that ended it
     seconds: float  # of CPU time
-    mebibytes: float  # in memory at most
+    mebibytes: float  # in memory at most; no less than this script had when it started the program
     hung: bool
     page: bytes
     err: str
