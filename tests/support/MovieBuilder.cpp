@@ -28,7 +28,8 @@ Bytes sampleTable(const MovieTrack& track)
     Bytes chunks = tableHead(track.chunks.size());
     for (const auto& [first, perChunk, description] : track.chunks)
         chunks.u32(first).u32(perChunk).u32(description);
-    Bytes sizes = Bytes{}.u32(0).u32(track.commonSize).u32(static_cast<std::uint32_t>(track.sizes.size()));
+    const auto listed = static_cast<std::uint32_t>(track.sizes.size());
+    Bytes sizes = Bytes{}.u32(0).u32(track.commonSize).u32(track.sampleCount > 0 ? track.sampleCount : listed);
     if (track.commonSize == 0)
         for (const std::uint32_t size : track.sizes)
             sizes.u32(size);
