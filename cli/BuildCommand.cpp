@@ -154,6 +154,14 @@ ExitCode write(const PELRootElement& root, const Arguments& arguments, Console& 
     return kDone;
 }
 
+/// Keeps a document until the process ends, which takes the memory of a large one back far faster than taking the tree
+/// apart would.
+void keep(std::shared_ptr<PELRootElement> root)
+{
+    static auto& kept = *new std::vector<std::shared_ptr<PELRootElement>>;
+    kept.push_back(std::move(root));
+}
+
 ExitCode build(const Arguments& arguments, Console& console)
 {
     const auto options = optionsOf(arguments);
@@ -187,6 +195,7 @@ ExitCode build(const Arguments& arguments, Console& console)
 
     const auto root = buildDocument(recording, console);
     if (root == nullptr) return kFailed;
+    keep(root);
     if (arguments.validate && !isValid(*root, console)) return kFailed;
     return write(*root, arguments, console);
 }
