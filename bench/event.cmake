@@ -1,3 +1,3 @@
 find_package(Threads REQUIRED)
 add_executable(bench_event event_bench.cpp)
-target_link_libraries(bench_event PRIVATE zanfcp zanfcp_warnings Threads::Threads)
+target_link_libraries(bench_event PRIVATE bench_measure zanfcp zanfcp_warnings Threads::Threads)

@@ -1,5 +1,4 @@
-add_executable(bench_mxf_extract mxf_extract_bench.cpp Measure.cpp ${PROJECT_SOURCE_DIR}/tests/support/TempFolder.cpp)
-target_link_libraries(bench_mxf_extract PRIVATE tamrelmxf zanfcp_warnings)
-target_include_directories(bench_mxf_extract PRIVATE ${PROJECT_SOURCE_DIR})
+add_executable(bench_mxf_extract mxf_extract_bench.cpp MxfPlaces.cpp)
+target_link_libraries(bench_mxf_extract PRIVATE bench_measure tamrelmxf zanfcp_warnings)
 target_compile_definitions(bench_mxf_extract PRIVATE ZANFCP_PROGRAM="$<TARGET_FILE:zanfcp-cli>")
 add_dependencies(bench_mxf_extract zanfcp-cli)

@@ -1,22 +1,17 @@
 // Essence out of MXF files: throughput beside a plain read of the same bytes and beside ffmpeg, from files and pushed;
-// what opening and the first seek cost in a long file; peak memory. Everything runs in turn in each round; medians are
-// shown. The files are made with ffmpeg, some gigabytes in the folder for temporary files, and lie in the page cache.
+// what opening and the first seek cost in a long file; peak memory. The files are made with ffmpeg, some gigabytes in
+// the scratch folder, and lie in the page cache.
 
 #include "bench/Measure.h"
-#include "mxf/mxfDemux.h"
+#include "bench/MxfDemuxer.h"
+#include "bench/MxfPlaces.h"
 #include "mxf/mxfDemuxStream.h"
-#include "tests/support/TempFolder.h"
 
-#include <algorithm>
-#include <chrono>
 #include <cstdio>
-#include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
 #include <functional>
-#include <memory>
 #include <string>
-#include <sys/stat.h>
 #include <unistd.h>
 #include <vector>
 
@@ -27,21 +22,6 @@ using namespace bench;
 constexpr int kRounds = 5;
 constexpr std::size_t kBlock = std::size_t{1} << 20;
 constexpr std::size_t kSlice = std::size_t{256} << 10; ///< that is pushed at a time, as by the command
-
-void shell(const std::string& line)
-{
-    if (std::system((line + " </dev/null").c_str()) != 0) fail("failed: " + line);
-}
-
-/// Counts bytes, and touches none.
-struct Counter final : SMediaStream {
-    int TakeSample(const mxf_sample& sample) override
-    {
-        bytes += sample.size;
-        return 0;
-    }
-    std::uint64_t bytes = 0;
-};
 
 /// Calls `take` with all of a file, a block at a time.
 void readWhole(const std::string& path, std::size_t blockBytes, const std::function<void(unsigned char*, int)>& take)
@@ -54,85 +34,6 @@ void readWhole(const std::string& path, std::size_t blockBytes, const std::funct
         take(block.data(), static_cast<int>(count));
     ::close(file);
 }
-
-/// What opening cost until now, as seen by callbacks.
-struct Reads {
-    std::uint64_t bytes = 0;
-    std::uint64_t calls = 0;
-};
-
-external_io countingIo(Reads& reads)
-{
-    external_io io{};
-    io.open = [](void*, const char* path, void** handle) {
-        *handle = std::fopen(path, "rb");
-        if (*handle != nullptr) std::setvbuf(static_cast<FILE*>(*handle), nullptr, _IONBF, 0);
-        return *handle == nullptr ? -1 : 0;
-    };
-    io.seek = [](void*, void* handle, std::int64_t position) {
-        return std::fseek(static_cast<FILE*>(handle), position < 0 ? 0 : position, position < 0 ? SEEK_END : SEEK_SET);
-    };
-    io.read = [](void* context, void* handle, void* buffer, std::size_t count) {
-        const std::size_t got = std::fread(buffer, 1, count, static_cast<FILE*>(handle));
-        static_cast<Reads*>(context)->bytes += got;
-        static_cast<Reads*>(context)->calls += 1;
-        return static_cast<std::int32_t>(got);
-    };
-    io.close = [](void*, void** handle) { return std::fclose(static_cast<FILE*>(*handle)); };
-    io.get_size = [](void*, void* handle) {
-        struct stat info {};
-        return ::fstat(fileno(static_cast<FILE*>(handle)), &info) == 0 ? std::int64_t{info.st_size} : std::int64_t{-1};
-    };
-    io.context = &reads;
-    return io;
-}
-
-/// An open file with a receiver at every stream of its first container.
-class Demuxer {
-public:
-    explicit Demuxer(const std::string& path, const external_io* io = nullptr)
-    {
-        mxf_demuxer_config config{};
-        config.lazy_index_loading = 1;
-        if (io != nullptr) {
-            config.use_external_io = 1;
-            config.io = *io;
-        }
-        mxf_file_info info{};
-        if (mxfDemuxOpen(handle_, path.c_str(), &config, nullptr) != 0 || mxfDemuxGetFileInfo(handle_, &info) != 0)
-            fail("could not open " + path);
-        counters_.resize(info.stream_count);
-    }
-    ~Demuxer() { mxfDemuxFree(handle_); }
-    Demuxer(const Demuxer&) = delete;
-    Demuxer& operator=(const Demuxer&) = delete;
-
-    void start()
-    {
-        if (mxfDemuxCreateParser(handle_, 0) != 0) fail("no parser");
-        for (std::size_t stream = 0; stream < counters_.size(); ++stream)
-            if (mxfDemuxAddStream(handle_, 0, static_cast<int>(stream), &counters_[stream]) != 0) fail("no stream");
-    }
-    std::uint64_t deliver()
-    {
-        while (mxfDemuxPush(handle_, 0) == 0) {
-        }
-        std::uint64_t bytes = 0;
-        for (const Counter& counter : counters_)
-            bytes += counter.bytes;
-        return bytes;
-    }
-    void seek(std::int64_t unit)
-    {
-        mxf_dmuxer_seek place{};
-        place.position = unit;
-        if (mxfDemuxSeek(handle_, 0, &place) != 0 || mxfDemuxPush(handle_, 0) != 0) fail("could not seek");
-    }
-
-private:
-    TamrelMxf::CMxfDemuxer* handle_ = mxfDemuxNew();
-    std::vector<Counter> counters_;
-};
 
 struct Pushed {
     TamrelMxf::CMxfStreamDemuxer* handle = mxfDemuxStreamNew();
@@ -163,95 +64,116 @@ std::uint64_t push(const std::string& path)
     return bytes;
 }
 
-struct Way {
-    const char* name;
-    std::function<void()> work;
-    std::vector<double> times = {};
-};
+double timeOfProgram(const std::vector<std::string>& command)
+{
+    return runProgram(command).seconds;
+}
 
-void throughput(const char* title, const std::string& path, bool canBePushed)
+std::vector<std::string> zanfcp(const char* command, const std::string& path)
+{
+    return {ZANFCP_PROGRAM, "mxf", command, "-q", path, "--stream", "0", "-o", "/dev/null"};
+}
+
+std::vector<std::string> ffmpeg(const std::string& path, const char* map)
+{
+    return {"ffmpeg", "-v", "error", "-i", path, "-map", map, "-c", "copy", "-f", "null", "-"};
+}
+
+/// \param small  a file like it that is so short that ffmpeg does nothing but start
+void throughput(const char* title, const std::string& path, const std::string& small, bool canBePushed)
 {
     const auto size = static_cast<double>(std::filesystem::file_size(path));
     std::uint64_t essence = 0;
-    std::vector<Way> ways;
-    ways.push_back({"plain read", [&] { readWhole(path, kBlock, [](unsigned char*, int) {}); }});
-    ways.push_back({"demuxed in process", [&] {
-                        Demuxer demuxer{path};
-                        demuxer.start();
-                        essence = demuxer.deliver();
-                    }});
-    if (canBePushed)
-        ways.push_back({"pushed in process", [&] {
-                            if (push(path) != essence) fail("the pushed file delivered other bytes");
+    enum Way : std::size_t { plain, all, extract, ffmpegAll, ffmpegPictures, ffmpegStart, pushedAll, stream };
+    std::vector<Contestant> ways(pushedAll);
+    ways[plain] = {"plain read", [&] { return seconds([&] { readWhole(path, kBlock, [](unsigned char*, int) {}); }); }};
+    ways[all] = {"all streams, in process", [&] {
+                     return seconds([&] {
+                         Demuxer demuxer{path};
+                         demuxer.start();
+                         essence = demuxer.deliver();
+                     });
+                 }};
+    ways[extract] = {"zanfcp mxf extract, pictures", [&] { return timeOfProgram(zanfcp("extract", path)); }};
+    ways[ffmpegAll] = {"ffmpeg -c copy -f null, all", [&] { return timeOfProgram(ffmpeg(path, "0")); }};
+    ways[ffmpegPictures] = {"ffmpeg -c copy -f null, pictures", [&] { return timeOfProgram(ffmpeg(path, "0:0")); }};
+    ways[ffmpegStart] = {"ffmpeg on two seconds: its start", [&] { return timeOfProgram(ffmpeg(small, "0")); }};
+    if (canBePushed) {
+        ways.push_back({"all streams pushed, in process", [&] {
+                            std::uint64_t bytes = 0;
+                            const double time = seconds([&] { bytes = push(path); });
+                            if (bytes != essence) fail("the pushed file delivered other bytes");
+                            return time;
                         }});
-    ways.push_back({"zanfcp mxf extract, pictures", [&] {
-                        runProgram({ZANFCP_PROGRAM, "mxf", "extract", "-q", path, "--stream", "0", "-o", "/dev/null"});
-                    }});
-    if (canBePushed)
-        ways.push_back(
-            {"zanfcp mxf stream, pictures", [&] {
-                 runProgram({ZANFCP_PROGRAM, "mxf", "stream", "-q", path, "--stream", "0", "-o", "/dev/null"});
-             }});
-    ways.push_back({"ffmpeg -c copy, all", [&] {
-                        runProgram({"ffmpeg", "-v", "error", "-i", path, "-map", "0", "-c", "copy", "-f", "null", "-"});
-                    }});
-    ways.push_back(
-        {"ffmpeg -c copy, pictures", [&] {
-             runProgram({"ffmpeg", "-v", "error", "-i", path, "-map", "0:0", "-c", "copy", "-f", "null", "-"});
-         }});
-    for (int round = 0; round <= kRounds; ++round)
-        for (Way& way : ways) {
-            const double time = seconds(way.work);
-            if (round > 0) way.times.push_back(time);
-        }
-    std::printf("\n%s, %.2f GB, %.2f GB of it essence\n%-30s %8s %8s %14s\n", title, size / 1e9,
-                static_cast<double>(essence) / 1e9, "", "s", "GB/s", "of plain read");
-    const double plain = median(ways.front().times);
-    for (const Way& way : ways) {
-        const double time = median(way.times);
-        std::printf("%-30s %8.3f %8.2f %14.2f\n", way.name, time, size / time / 1e9, plain / time);
+        ways.push_back({"zanfcp mxf stream, pictures", [&] { return timeOfProgram(zanfcp("stream", path)); }});
     }
+    race(ways, kRounds);
+
+    std::printf("%s, %.2f GB, %.2f GB of it essence\n\n%-36s %14s %8s %8s\n", title, size / 1e9,
+                static_cast<double>(essence) / 1e9, "", "of plain read", "s", "GB/s");
+    const auto time = [&ways](Way way) { return ways[way].median(); };
+    for (const Contestant& way : ways)
+        if (&way == &ways[ffmpegStart])
+            std::printf("%-36s %14s %8.3f\n", way.name.c_str(), "", way.median());
+        else
+            std::printf("%-36s %14.2f %8.3f %8.2f\n", way.name.c_str(), time(plain) / way.median(), way.median(),
+                        size / way.median() / 1e9);
+    const std::string what = std::string(title).substr(0, std::string(title).find(','));
+    atLeast(what + ": all streams in process, of a plain read's speed", 0.7, time(plain) / time(all));
+    atLeast(what + ": mxf extract, of a plain read's speed", 0.7, time(plain) / time(extract));
+    atLeast(what + ": mxf extract, times as fast as ffmpeg", 1, time(ffmpegPictures) / time(extract));
+    if (!canBePushed) return;
+    atLeast(what + ": pushed in process, of a plain read's speed", 0.7, time(plain) / time(pushedAll));
+    atLeast(what + ": mxf stream, times as fast as ffmpeg", 1, time(ffmpegPictures) / time(stream));
 }
 
-void longFile(const std::string& path, std::int64_t units)
+/// Sound as a file beside the pictures: both write the same.
+void sound(const std::string& path)
 {
-    const auto size = static_cast<double>(std::filesystem::file_size(path));
-    Reads reads;
-    const external_io io = countingIo(reads);
-    std::printf("\na file of %lld edit units, %.2f GB\n%-30s %10s %12s %8s\n", static_cast<long long>(units),
-                size / 1e9, "", "ms", "bytes read", "reads");
-    const auto report = [&reads](const char* name, const std::function<void()>& work) {
-        reads = {};
-        const double time = seconds(work);
-        std::printf("%-30s %10.2f %12llu %8llu\n", name, time * 1e3, static_cast<unsigned long long>(reads.bytes),
-                    static_cast<unsigned long long>(reads.calls));
+    const std::string output = scratchFile("sound.wav");
+    std::vector<Contestant> ways{
+        {"zanfcp mxf extract",
+         [&] {
+             return timeOfProgram({ZANFCP_PROGRAM, "mxf", "extract", "-q", path, "--stream", "1", "-o", output});
+         }},
+        {"ffmpeg -c copy", [&] {
+             return timeOfProgram({"ffmpeg", "-y", "-v", "error", "-i", path, "-map", "0:1", "-c", "copy", output});
+         }}};
+    race(ways, kRounds);
+    std::printf(
+        "One sound of it into a WAV file of %.1f MB: zanfcp mxf extract %.3f s, flushed to the disk; ffmpeg %.3f s, "
+        "%.1f times\n\n",
+        static_cast<double>(std::filesystem::file_size(output)) / 1e6, ways[0].median(), ways[1].median(),
+        ways[1].median() / ways[0].median());
+    std::filesystem::remove(output);
+    atLeast("interleaved: a sound into a WAV file, times as fast as ffmpeg", 1, ways[1].median() / ways[0].median());
+}
+
+struct Peaks {
+    double extract, stream; ///< megabytes
+};
+
+Peaks peaksOf(const char* name, const std::string& path)
+{
+    const auto peak = [&path](const char* command) {
+        std::vector<double> peaks;
+        for (int round = 0; round < 3; ++round)
+            peaks.push_back(runProgram(zanfcp(command, path)).peakMegabytes);
+        return median(peaks);
     };
-    std::unique_ptr<Demuxer> demuxer;
-    report("open", [&] { demuxer = std::make_unique<Demuxer>(path, &io); });
-    report("make the parser", [&] { demuxer->start(); });
-    report("first seek, one edit unit", [&] { demuxer->seek(units - 1000); });
-    report("second seek, one edit unit", [&] { demuxer->seek(units / 3); });
-}
-
-void memory(const std::vector<std::pair<const char*, std::string>>& files)
-{
-    std::printf("\n%-30s %12s %12s\n", "peak memory, MB", "extract", "stream");
-    for (const auto& [name, path] : files)
-        std::printf("%-30s %12.1f %12.1f\n", name,
-                    runProgram({ZANFCP_PROGRAM, "mxf", "extract", "-q", path, "--stream", "0", "-o", "/dev/null"})
-                        .peakMegabytes,
-                    runProgram({ZANFCP_PROGRAM, "mxf", "stream", "-q", path, "--stream", "0", "-o", "/dev/null"})
-                        .peakMegabytes);
+    const Peaks peaks{peak("extract"), peak("stream")};
+    std::printf("%-36s %14.1f %14.1f\n", name, peaks.extract, peaks.stream);
+    return peaks;
 }
 
 } // namespace
 
 int main()
 {
-    const zanfcp::test::TempFolder folder;
+    needRoom(6);
     const std::string quiet = "ffmpeg -v fatal -y ";
     const std::string loop = quiet + "-stream_loop -1 -i ";
-    const auto file = [&folder](const char* name) { return folder.file(name); };
+    const auto file = [](const char* name) { return scratchFile(name); };
 
     shell(quiet +
           "-f lavfi -i testsrc2=s=1920x1080:r=25,noise=alls=30 -f lavfi -i sine=sample_rate=48000 -f lavfi -i "
@@ -259,20 +181,30 @@ int main()
           "-bf 2 -g 12 -c:a pcm_s24le " +
           file("short.mxf"));
     shell(loop + file("short.mxf") + " -map 0 -c copy -t 310 " + file("interleaved.mxf"));
-    shell(quiet + "-f lavfi -i testsrc2=s=1920x1080:r=25,noise=alls=30 -t 1 -c:v dnxhd -b:v 120M -pix_fmt yuv422p " +
+    shell(quiet + "-f lavfi -i testsrc2=s=1920x1080:r=25,noise=alls=30 -t 2 -c:v dnxhd -b:v 120M -pix_fmt yuv422p " +
           file("vc3.mxf"));
     shell(loop + file("vc3.mxf") + " -c copy -t 132 -f mxf_opatom " + file("clip.mxf"));
-    constexpr std::int64_t kUnits = 500'000;
-    shell(quiet + "-f lavfi -i testsrc2=s=32x32:r=25 -t 4 -c:v mpeg2video -bf 0 -g 5 -b:v 100k " + file("tiny.mov"));
-    shell(loop + file("tiny.mov") + " -c copy -frames:v " + std::to_string(kUnits) + " " + file("long.mxf"));
+    makeManyUnits(file("long.mxf"));
     shell(quiet + "-i " + file("long.mxf") + " -c copy -frames:v 500 " + file("part.mxf"));
 
-    // First, while this process is small: a child's peak counts what its parent held when it was started.
-    memory({{"2 s, interleaved", file("short.mxf")},
-            {"310 s, interleaved", file("interleaved.mxf")},
-            {"500 edit units", file("part.mxf")},
-            {"500,000 edit units", file("long.mxf")}});
-    throughput("interleaved, long-GOP MPEG-2 and two sound tracks", file("interleaved.mxf"), true);
-    throughput("clip-wrapped, VC-3", file("clip.mxf"), false);
-    longFile(file("long.mxf"), kUnits);
+    std::printf("Files in the page cache, made by ffmpeg. Programs are whole processes that write to /dev/null.\n\n"
+                "%-36s %14s %14s\n",
+                "peak memory, MB", "mxf extract", "mxf stream");
+    const Peaks ofSeconds = peaksOf("2 s, interleaved", file("short.mxf"));
+    const Peaks ofMinutes = peaksOf("310 s, interleaved", file("interleaved.mxf"));
+    const Peaks ofPart = peaksOf("500 edit units", file("part.mxf"));
+    const Peaks ofLong = peaksOf("500,000 edit units", file("long.mxf"));
+    std::printf("\n");
+    throughput("interleaved, long-GOP MPEG-2 and two sounds", file("interleaved.mxf"), file("short.mxf"), true);
+    sound(file("interleaved.mxf"));
+    throughput("clip-wrapped, VC-3", file("clip.mxf"), file("vc3.mxf"), false);
+    const double index = static_cast<double>(placesOf(file("long.mxf")).indexBytes()) / 1e6;
+    atMost("mxf extract, memory that 308 s more of interleaved essence take, MB", 1,
+           ofMinutes.extract - ofSeconds.extract);
+    atMost("mxf stream, memory that 308 s more of interleaved essence take, MB", 1,
+           ofMinutes.stream - ofSeconds.stream);
+    atMost("mxf extract, memory that 499,500 more edit units take, of their index tables", 2,
+           (ofLong.extract - ofPart.extract) / index);
+    atMost("mxf stream, memory that 499,500 more edit units take, of their index tables", 2,
+           (ofLong.stream - ofPart.stream) / index);
 }

@@ -1,2 +1,3 @@
+pkg_check_modules(LIBAVFORMAT REQUIRED IMPORTED_TARGET libavformat libavcodec libavutil)
 add_executable(bench_timecode timecode_bench.cpp)
-target_link_libraries(bench_timecode PRIVATE zanfcp zanfcp_warnings benchmark::benchmark)
+target_link_libraries(bench_timecode PRIVATE bench_measure zanfcp zanfcp_warnings PkgConfig::LIBAVFORMAT)

@@ -1,16 +1,24 @@
 // Nanoseconds for selecting a rate and for converting labels and frames, beside the plain way of doing it: three tables
-// of one byte for every frame of an hour, filled at each selection, read by index and searched for a label.
+// of one byte for every frame of an hour, filled at each selection, read by index and searched for a label; and beside
+// the timecodes of libavutil.
 
+#include "bench/Measure.h"
 #include "timecode/PELRate.h"
 #include "timecode/PELTimecodeObject.h"
 
 #include <array>
-#include <benchmark/benchmark.h>
 #include <cstdint>
+#include <cstdio>
 #include <string>
 #include <vector>
 
+extern "C" {
+#include <libavutil/timecode.h>
+}
+
 namespace {
+
+using namespace bench;
 
 using zanfcp::PELTimecodeObject;
 
@@ -81,92 +89,141 @@ const std::vector<std::string>& labels()
     return all;
 }
 
-void selectRate(benchmark::State& state)
-{
-    const std::array<zanfcp::PELRate, 4> rates{{{30, true}, {25, false}, {60, true}, {24, true}}};
-    std::size_t i = 0;
-    for (auto _ : state)
-        PELSetFPSForRate(rates[i++ % rates.size()]);
-}
-BENCHMARK(selectRate);
+volatile std::uint64_t consumed = 0; ///< what was made ends here, so that it has to be made
 
-void labelToFrames(benchmark::State& state)
+/// Nanoseconds for one of many calls of `convert(i)`, which returns something of what it made.
+template <typename Convert> Contestant contestant(int calls, Convert convert)
 {
+    return {"", [calls, convert]() mutable {
+                std::uint64_t sum = 0;
+                const double time = seconds([&] {
+                    for (int i = 0; i < calls; ++i)
+                        sum += convert(static_cast<std::size_t>(i) % kFrames.size());
+                });
+                consumed = consumed + sum;
+                return 1e9 * time / calls;
+            }};
+}
+
+std::uint64_t sumOf(const std::string& text)
+{
+    return static_cast<unsigned char>(text.back());
+}
+
+AVTimecode parsed(const std::string& label)
+{
+    AVTimecode timecode{};
+    if (av_timecode_init_from_string(&timecode, {30000, 1001}, label.c_str(), nullptr) != 0) fail(label);
+    return timecode;
+}
+
+struct Row {
+    const char* name;
+    std::vector<Contestant> contestants; ///< ours, tables, libavutil
+};
+
+std::vector<Row> rows()
+{
+    constexpr int kCalls = 200'000, kSlowCalls = 200;
     const auto& texts = labels();
-    PELTimecodeObject::fps2997();
-    std::size_t i = 0;
-    for (auto _ : state)
-        benchmark::DoNotOptimize(PELTimecodeObject::framesFromString(texts[i++ % kFrames.size()]));
-}
-BENCHMARK(labelToFrames);
-
-void framesToFields(benchmark::State& state)
-{
-    PELTimecodeObject::fps2997();
-    PELTimecodeObject timecode;
-    std::size_t i = 0;
-    for (auto _ : state) {
-        timecode.setFramesSinceMidnight(kFrames[i++ % kFrames.size()]);
-        benchmark::DoNotOptimize(timecode.hours() + timecode.minutes() + timecode.seconds() + timecode.frames());
-    }
-}
-BENCHMARK(framesToFields);
-
-void framesToLabel(benchmark::State& state)
-{
-    PELTimecodeObject::fps2997();
-    std::size_t i = 0;
-    for (auto _ : state)
-        benchmark::DoNotOptimize(PELTimecodeObject::timecodeWithFrames(kFrames[i++ % kFrames.size()]).description());
-}
-BENCHMARK(framesToLabel);
-
-void selectRateAndLabelToFramesAndBack(benchmark::State& state)
-{
-    const auto& texts = labels();
-    std::size_t i = 0;
-    for (auto _ : state) {
-        zanfcp::PELSetFPSForRate({30, true});
-        const std::uint32_t frames = PELTimecodeObject::framesFromString(texts[i++ % kFrames.size()]);
-        benchmark::DoNotOptimize(PELTimecodeObject::timecodeWithFrames(frames).description());
-    }
-}
-BENCHMARK(selectRateAndLabelToFramesAndBack);
-
-void tablesSelectRate(benchmark::State& state)
-{
-    Tables tables;
-    for (auto _ : state) {
-        tables.select();
-        benchmark::ClobberMemory();
-    }
-}
-BENCHMARK(tablesSelectRate);
-
-void tablesLabelToFrames(benchmark::State& state)
-{
-    Tables tables;
+    static Tables tables;
     tables.select();
-    PELTimecodeObject::fps2997();
-    std::size_t i = 0;
-    for (auto _ : state) {
-        const auto timecode = PELTimecodeObject::timecodeWithFrames(kFrames[i++ % kFrames.size()]);
-        benchmark::DoNotOptimize(
-            tables.framesAt(timecode.hours(), timecode.minutes(), timecode.seconds(), timecode.frames()));
-    }
-}
-BENCHMARK(tablesLabelToFrames);
+    static const AVTimecode zero = parsed("00:00:00;00");
 
-void tablesFramesToFields(benchmark::State& state)
-{
-    Tables tables;
-    tables.select();
-    std::size_t i = 0;
-    for (auto _ : state)
-        benchmark::DoNotOptimize(tables.sumOfFields(kFrames[i++ % kFrames.size()]));
+    std::vector<Row> rows;
+    rows.push_back({"select a rate",
+                    {contestant(kCalls,
+                                [](std::size_t i) {
+                                    constexpr std::array<zanfcp::PELRate, 2> kRates{{{25, false}, {30, true}}};
+                                    zanfcp::PELSetFPSForRate(kRates[i % kRates.size()]);
+                                    return i;
+                                }),
+                     contestant(kSlowCalls, [](std::size_t i) {
+                         tables.select();
+                         return tables.sumOfFields(kFrames[i]);
+                     })}});
+    PELTimecodeObject::fps2997();
+    rows.push_back(
+        {"label to frames",
+         {contestant(kCalls, [&texts](std::size_t i) { return PELTimecodeObject::framesFromString(texts[i]); }),
+          contestant(kSlowCalls,
+                     [](std::size_t i) {
+                         const auto at = PELTimecodeObject::timecodeWithFrames(kFrames[i]);
+                         return tables.framesAt(at.hours(), at.minutes(), at.seconds(), at.frames());
+                     }),
+          contestant(kCalls, [&texts](std::size_t i) { return static_cast<std::uint64_t>(parsed(texts[i]).start); })}});
+    rows.push_back({"frames to hours, minutes, seconds, frames",
+                    {contestant(kCalls,
+                                [timecode = PELTimecodeObject()](std::size_t i) mutable {
+                                    timecode.setFramesSinceMidnight(kFrames[i]);
+                                    return timecode.hours() + timecode.minutes() + timecode.seconds() +
+                                           timecode.frames();
+                                }),
+                     contestant(kCalls, [](std::size_t i) { return tables.sumOfFields(kFrames[i]); })}});
+    rows.push_back({"frames to label",
+                    {contestant(kCalls,
+                                [](std::size_t i) {
+                                    return sumOf(PELTimecodeObject::timecodeWithFrames(kFrames[i]).description());
+                                }),
+                     {},
+                     contestant(kCalls, [](std::size_t i) {
+                         char text[AV_TIMECODE_STR_SIZE];
+                         return sumOf(av_timecode_make_string(&zero, text, static_cast<int>(kFrames[i])));
+                     })}});
+    rows.push_back({"select, label to frames and back",
+                    {contestant(kCalls,
+                                [&texts](std::size_t i) {
+                                    zanfcp::PELSetFPSForRate({30, true});
+                                    const std::uint32_t frames = PELTimecodeObject::framesFromString(texts[i]);
+                                    return sumOf(PELTimecodeObject::timecodeWithFrames(frames).description());
+                                }),
+                     contestant(kSlowCalls,
+                                [](std::size_t i) {
+                                    tables.select();
+                                    const auto at = PELTimecodeObject::timecodeWithFrames(kFrames[i]);
+                                    return tables.sumOfFields(
+                                        tables.framesAt(at.hours(), at.minutes(), at.seconds(), at.frames()));
+                                }),
+                     contestant(kCalls, [&texts](std::size_t i) {
+                         const AVTimecode timecode = parsed(texts[i]);
+                         char text[AV_TIMECODE_STR_SIZE];
+                         return sumOf(av_timecode_make_string(&timecode, text, 0));
+                     })}});
+    return rows;
 }
-BENCHMARK(tablesFramesToFields);
 
 } // namespace
 
-BENCHMARK_MAIN();
+int main()
+{
+    std::printf("In process, nanoseconds at 29.97 drop-frame, labels spread over a day. Tables: three bytes for each "
+                "of an\nhour's 107,892 frames, rebuilt at each selection. libavutil: av_timecode_init_from_string, "
+                "av_timecode_make_string.\n\n");
+    std::printf("%-44s %11s %14s %10s %10s %10s\n", "", "tables over", "libavutil over", "zanfcp", "tables",
+                "libavutil");
+    for (Row& row : rows()) {
+        std::vector<Contestant> racing;
+        std::vector<std::size_t> places;
+        for (std::size_t i = 0; i < row.contestants.size(); ++i)
+            if (row.contestants[i].run) {
+                racing.push_back(row.contestants[i]);
+                places.push_back(i);
+            }
+        PELTimecodeObject::fps2997();
+        race(racing, 21);
+        std::array<double, 3> times{};
+        for (std::size_t i = 0; i < racing.size(); ++i)
+            times[places[i]] = racing[i].median();
+        const auto show = [](double value, int width) {
+            value > 0 ? std::printf(" %*.1f", width, value) : std::printf(" %*s", width, "");
+        };
+        std::printf("%-44s", row.name);
+        show(times[1] / times[0], 11);
+        show(times[2] / times[0], 14);
+        for (const double time : times)
+            show(time, 10);
+        std::printf("\n");
+        if (std::string(row.name) == "select, label to frames and back")
+            atMost("timecode, a rate selected, a label to frames and back, nanoseconds", 1000, times[0]);
+    }
+}

@@ -2,17 +2,18 @@
 // has no tree at all (escape and append), pugixml and libxml2. Every round runs all of them in turn, each in a process
 // of its own, so that none meets the heap that another left behind; medians are shown, the first round left out.
 
+#include "bench/CountingHeap.h"
+#include "bench/Measure.h"
+#include "bench/XmlCorpus.h"
+#include "platform/AtomicFile.h"
 #include "xml/PELRootElement.h"
 
-#include <algorithm>
 #include <chrono>
 #include <cstdio>
-#include <cstdlib>
 #include <deque>
 #include <functional>
 #include <libxml/tree.h>
 #include <libxml/xmlsave.h>
-#include <malloc.h>
 #include <memory>
 #include <pugixml.hpp>
 #include <string>
@@ -22,227 +23,15 @@
 #include <utility>
 #include <vector>
 
-// The C library's own allocator, which the functions below stand in front of while bytes are counted.
-extern "C" {
-void* __libc_malloc(std::size_t size);                    // NOLINT: glibc's names
-void* __libc_calloc(std::size_t count, std::size_t size); // NOLINT
-void* __libc_realloc(void* block, std::size_t size);      // NOLINT
-void __libc_free(void* block);                            // NOLINT
-}
-
 namespace {
 
-bool counting = false;
-std::size_t inUse = 0, highest = 0;
-constexpr std::size_t kBlockHead = 8; ///< what the allocator adds to each block
-
-void* taken(void* block)
-{
-    if (counting && block != nullptr) {
-        inUse += malloc_usable_size(block) + kBlockHead;
-        highest = std::max(highest, inUse);
-    }
-    return block;
-}
-
-void given(void* block)
-{
-    if (counting && block != nullptr) inUse -= malloc_usable_size(block) + kBlockHead;
-}
-
-} // namespace
-
-extern "C" void* malloc(std::size_t size) noexcept
-{
-    return taken(__libc_malloc(size));
-}
-extern "C" void* calloc(std::size_t count, std::size_t size) noexcept
-{
-    return taken(__libc_calloc(count, size));
-}
-extern "C" void* realloc(void* block, std::size_t size) noexcept
-{
-    given(block);
-    return taken(__libc_realloc(block, size));
-}
-extern "C" void free(void* block) noexcept
-{
-    given(block);
-    __libc_free(block);
-}
-
-namespace {
+using namespace bench;
 
 using zanfcp::PELElement;
 using zanfcp::PELRootElement;
 using zanfcp::XMLFormat;
 
-constexpr std::size_t kElements = 1'000'000;
 constexpr int kRounds = 7;
-
-/// The document as a flat list, the same for everyone.
-struct Event {
-    enum Kind { open, leaf, close } kind;
-    std::string_view key;
-    std::string_view text; ///< of a leaf; the identifier of what is opened
-};
-
-class Corpus {
-public:
-    Corpus()
-    {
-        open("project");
-        leaf("name", "Konzert & Gespräch");
-        open("children");
-        for (int number = 0; elements_ < kElements / 2; ++number)
-            masterClip(number);
-        open("sequence", "multicam sequence");
-        leaf("name", "multicam");
-        leaf("duration", "1799820");
-        rate();
-        open("media");
-        open("video");
-        open("track");
-        for (int cut = 0; elements_ < kElements; ++cut)
-            clipItem(cut);
-        for (int level = 0; level < 6; ++level)
-            close();
-    }
-
-    const std::vector<Event>& events() const { return events_; }
-    double elements() const { return static_cast<double>(elements_); }
-
-private:
-    void open(const char* key, std::string identifier = {})
-    {
-        events_.push_back({Event::open, key, keep(std::move(identifier))});
-        stack_.emplace_back(key);
-        ++elements_;
-    }
-    void leaf(const char* key, std::string text)
-    {
-        events_.push_back({Event::leaf, key, keep(std::move(text))});
-        ++elements_;
-    }
-    void close()
-    {
-        events_.push_back({Event::close, stack_.back(), {}});
-        stack_.pop_back();
-    }
-    std::string_view keep(std::string text)
-    {
-        return text.empty() ? std::string_view{} : std::string_view{texts_.emplace_back(std::move(text))};
-    }
-
-    static std::string named(const char* name, int number) { return std::string(name).append(std::to_string(number)); }
-
-    void rate()
-    {
-        open("rate");
-        leaf("ntsc", "TRUE");
-        leaf("timebase", "30");
-        close();
-    }
-
-    void masterClip(int number)
-    {
-        const std::string id = named("A", 1000 + number) + "C001_121031.mov";
-        open("clip", id);
-        leaf("name", id);
-        leaf("duration", std::to_string(18000 + number));
-        rate();
-        leaf("in", "-1");
-        leaf("out", "-1");
-        leaf("masterclipid", id);
-        leaf("ismasterclip", "TRUE");
-        open("logginginfo");
-        leaf("description", number % 3 == 0 ? "Bühne rechts, <nah> & halbnah" : "wide");
-        leaf("scene", "12");
-        leaf("shottake", "3");
-        leaf("good", "TRUE");
-        close();
-        open("labels");
-        leaf("label2", "Best Take");
-        close();
-        open("media");
-        open("video");
-        open("track");
-        open("clipitem", id + " video");
-        leaf("name", id);
-        leaf("duration", std::to_string(18000 + number));
-        rate();
-        open("file", id + " file");
-        leaf("name", id);
-        leaf("pathurl", "file:///Volumes/RAID/Konzert%20&amp;%20Gespr%C3%A4ch/Tag%201/" + id);
-        rate();
-        leaf("duration", std::to_string(18000 + number));
-        open("timecode");
-        rate();
-        leaf("frame", std::to_string(1079892 + 7 * number));
-        leaf("displayformat", "DF");
-        leaf("source", "source");
-        open("reel");
-        leaf("name", named("A", number));
-        close();
-        close();
-        open("media");
-        open("video");
-        leaf("duration", std::to_string(18000 + number));
-        open("samplecharacteristics");
-        leaf("width", "1920");
-        leaf("height", "1080");
-        leaf("anamorphic", "FALSE");
-        leaf("pixelaspectratio", "square");
-        leaf("fielddominance", "none");
-        rate();
-        close();
-        close();
-        open("audio");
-        open("samplecharacteristics");
-        leaf("samplerate", "48000");
-        leaf("depth", "16");
-        close();
-        leaf("channelcount", "2");
-        close();
-        close();
-        close();
-        close();
-        close();
-        close();
-        close();
-        close();
-    }
-
-    void clipItem(int cut)
-    {
-        const int at = cut * 97;
-        const std::string id = named("multicam item ", cut);
-        open("clipitem", id);
-        leaf("name", "multicam");
-        leaf("duration", "1799820");
-        rate();
-        leaf("in", std::to_string(at));
-        leaf("out", std::to_string(at + 97));
-        leaf("start", std::to_string(at));
-        leaf("end", std::to_string(at + 97));
-        leaf("masterclipid", "multicam");
-        leaf("enabled", "TRUE");
-        open("multiclip", "multicam");
-        close();
-        open("link");
-        leaf("linkclipref", id);
-        close();
-        open("sourcetrack");
-        leaf("mediatype", "video");
-        close();
-        close();
-    }
-
-    std::vector<Event> events_;
-    std::vector<const char*> stack_;
-    std::deque<std::string> texts_;
-    std::size_t elements_ = 0;
-};
 
 /// A writer without a tree: what has to be done at the least to make the text.
 class PlainWriter {
@@ -391,7 +180,7 @@ struct PugiSink : pugi::xml_writer {
 
 using Clock = std::chrono::steady_clock;
 
-/// What one round of one contestant took: nanoseconds per element of each step, and bytes per element.
+/// What one round of one peer took: nanoseconds per element of each step, and bytes per element.
 struct Figures {
     double build = 0;
     double copy = 0;
@@ -399,6 +188,7 @@ struct Figures {
     double destroy = 0;
     double buildAndWrite = 0;
     double peakBytes = 0; ///< building, and writing to a sink that keeps nothing
+    double fileBytes = 0; ///< what writing to a file adds to that
 };
 
 class Stopwatch {
@@ -437,17 +227,9 @@ Figures measure(double elements, Build build, Copy copy, Write write)
 
 template <typename Steps> double peakPerElement(double elements, Steps steps)
 {
-    inUse = highest = 0;
-    counting = true;
+    countHeap();
     steps();
-    counting = false;
-    return static_cast<double>(highest) / elements;
-}
-
-[[noreturn]] void fail(const char* what)
-{
-    std::fprintf(stderr, "bench_xml_text: %s\n", what);
-    std::exit(1);
+    return static_cast<double>(countedPeak()) / elements;
 }
 
 void check(bool right, const char* what)
@@ -456,9 +238,9 @@ void check(bool right, const char* what)
 }
 
 /// One of the peers, with a process of its own for all its rounds.
-class Contestant {
+class Peer {
 public:
-    Contestant(const char* name, const std::function<Figures()>& round) : name_{name}
+    Peer(const char* name, const std::function<Figures()>& round) : name_{name}
     {
         int orders[2], results[2];
         check(::pipe(orders) == 0 && ::pipe(results) == 0, "no pipe");
@@ -477,9 +259,9 @@ public:
         orders_ = orders[1];
         results_ = results[0];
     }
-    Contestant(const Contestant&) = delete;
-    Contestant& operator=(const Contestant&) = delete;
-    ~Contestant()
+    Peer(const Peer&) = delete;
+    Peer& operator=(const Peer&) = delete;
+    ~Peer()
     {
         check(::write(orders_, &kEnd, 1) == 1, "a child process ended early");
         ::waitpid(child_, nullptr, 0);
@@ -501,8 +283,7 @@ public:
         std::vector<double> values;
         for (const Figures& one : rounds_)
             values.push_back(one.*figure);
-        std::nth_element(values.begin(), values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2), values.end());
-        return values[values.size() / 2];
+        return bench::median(std::move(values));
     }
 
 private:
@@ -548,6 +329,13 @@ int main()
                 });
             });
         check(out == expected, "zanfcp wrote another text than the plain writer");
+        const auto root = buildElements(events);
+        figures.fileBytes = peakPerElement(elements, [&] {
+            auto file = zanfcp::AtomicFile::create("/dev/null");
+            check(file && root->writeXML([&](std::string_view block) { return file->write(block).has_value(); }) &&
+                      file->commit(),
+                  "could not write to /dev/null");
+        });
         figures.peakBytes =
             peakPerElement(elements, [&] { buildElements(events)->writeXML([](std::string_view) { return true; }); });
         return figures;
@@ -593,25 +381,32 @@ int main()
         return figures;
     };
 
-    std::deque<Contestant> contestants;
-    contestants.emplace_back("plain buffer writer", plainRound);
-    contestants.emplace_back("zanfcp", elementRound);
-    contestants.emplace_back("pugixml", pugiRound);
-    contestants.emplace_back("libxml2", libxml2Round);
-    for (Contestant& contestant : contestants)
-        contestant.run(); // the first round finds no memory yet
+    std::deque<Peer> peers;
+    peers.emplace_back("plain buffer writer", plainRound);
+    peers.emplace_back("zanfcp", elementRound);
+    peers.emplace_back("pugixml", pugiRound);
+    peers.emplace_back("libxml2", libxml2Round);
+    for (Peer& peer : peers)
+        peer.run(); // the first round finds no memory yet
     for (int round = 0; round < kRounds; ++round)
-        for (Contestant& contestant : contestants)
-            contestant.keep(contestant.run());
+        for (Peer& peer : peers)
+            peer.keep(peer.run());
 
-    std::printf("%.0f elements, %.1f MB of text; medians of %d rounds, nanoseconds and peak bytes per element\n\n",
-                elements, static_cast<double>(expected.size()) / 1e6, kRounds);
-    std::printf("%-20s %6s %6s %6s %6s %12s %6s %15s %19s\n", "", "build", "copy", "free", "write", "build+write",
-                "bytes", "write x plain", "build+write x plain");
-    const double plain = contestants[0].median(&Figures::write);
-    for (const Contestant& c : contestants)
-        std::printf("%-20s %6.1f %6.1f %6.1f %6.1f %12.1f %6.0f %15.2f %19.2f\n", c.name(), c.median(&Figures::build),
-                    c.median(&Figures::copy), c.median(&Figures::destroy), c.median(&Figures::write),
-                    c.median(&Figures::buildAndWrite), c.median(&Figures::peakBytes), c.median(&Figures::write) / plain,
-                    c.median(&Figures::buildAndWrite) / plain);
+    std::printf("In process; %.0f elements like those of a real project, %.1f MB of text; nanoseconds and peak bytes "
+                "an element.\nPlain: escapes and appends the same texts, and has no tree. Peak bytes: the tree, and "
+                "writing to a sink that keeps\nnothing.\n\n",
+                elements, static_cast<double>(expected.size()) / 1e6);
+    std::printf("%-20s %13s %21s %7s %7s %7s %7s %14s %11s\n", "", "write x plain", "build + write x plain", "build",
+                "copy", "free", "write", "build + write", "peak bytes");
+    const double plain = peers[0].median(&Figures::write);
+    for (const Peer& c : peers)
+        std::printf("%-20s %13.2f %21.2f %7.1f %7.1f %7.1f %7.1f %14.1f %11.0f\n", c.name(),
+                    c.median(&Figures::write) / plain, c.median(&Figures::buildAndWrite) / plain,
+                    c.median(&Figures::build), c.median(&Figures::copy), c.median(&Figures::destroy),
+                    c.median(&Figures::write), c.median(&Figures::buildAndWrite), c.median(&Figures::peakBytes));
+    const Peer& ours = peers[1];
+    const double copyOfText = ours.median(&Figures::fileBytes) * elements / static_cast<double>(expected.size());
+    atMost("text written, times the plain writer's time", 1.5, ours.median(&Figures::write) / plain);
+    atMost("text built and written, times the plain writer's time", 4, ours.median(&Figures::buildAndWrite) / plain);
+    atMost("memory that writing to a file takes beside the tree, of the text", 0.01, copyOfText);
 }

@@ -1,0 +1,3 @@
+pkg_check_modules(LIBAVFORMAT REQUIRED IMPORTED_TARGET libavformat libavcodec libavutil)
+add_executable(bench_mxf_seek mxf_seek_bench.cpp MxfPlaces.cpp)
+target_link_libraries(bench_mxf_seek PRIVATE bench_measure tamrelmxf zanfcp_warnings PkgConfig::LIBAVFORMAT)
