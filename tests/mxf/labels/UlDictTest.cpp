@@ -89,7 +89,7 @@ TEST(UlDict, FirstEightBytesAreNotCompared)
     label.bytes[7] = 0x7F;
     label.bytes[0] = 0;
     ASSERT_NE(dict.Find(label), nullptr);
-    EXPECT_STREQ(dict.Find(label)->name, "ARRIRAW Frame-Wrapped Packed Essence Container");
+    EXPECT_EQ(dict.Find(label)->name, "ARRIRAW Frame-Wrapped Packed Essence Container");
 }
 
 TEST(UlDict, UnknownLabelIsNothing)

@@ -296,14 +296,15 @@ TEST(SetTables, FindSetsByKeyAndName)
 TEST(SetTables, EveryRowIsFoundAndEveryParentChainEnds)
 {
     for (const SSetDef& set : AllSets()) {
-        EXPECT_EQ(FindSet(set.key.Label()), &set) << set.name;
+        EXPECT_EQ(FindSet(set.key.Label()), &set) << set.name.View();
         int depth = 0;
         for (const SSetDef* parent = &set; parent != nullptr; parent = parent->Parent())
-            ASSERT_LT(++depth, 12) << set.name;
+            ASSERT_LT(++depth, 12) << set.name.View();
         for (const SPropertyDef& property : set.Properties()) {
-            EXPECT_EQ(FindProperty(&set, property.label.Label()), &property) << set.name << "." << property.name;
+            EXPECT_EQ(FindProperty(&set, property.label.Label()), &property)
+                << set.name.View() << "." << property.name.View();
             if (property.place != EPlace::localTag) continue;
-            EXPECT_EQ(FindProperty(&set, property.tag), &property) << set.name << "." << property.name;
+            EXPECT_EQ(FindProperty(&set, property.tag), &property) << set.name.View() << "." << property.name.View();
         }
     }
 }

@@ -128,7 +128,7 @@ TEST(ValueText, ShowsEveryTypeInWords)
     for (const Case& c : cases) {
         const SPropertyDef* property = FindProperty(FindSet(c.set), Label(c.label));
         ASSERT_NE(property, nullptr) << c.label;
-        EXPECT_EQ(ValueText(property, Hex(c.value), style), c.expected) << c.set << "." << property->name;
+        EXPECT_EQ(ValueText(property, Hex(c.value), style), c.expected) << c.set << "." << property->name.View();
     }
 }
 
