@@ -92,7 +92,7 @@ const SSetDef* FindSet(const SUl& key)
 
 const SSetDef* FindSet(std::string_view name)
 {
-    const auto found = std::ranges::find(kSets, name, &SSetDef::name);
+    const auto found = std::ranges::find(kSets, name, [](const SSetDef& set) { return set.name.View(); });
     return found == kSets.end() ? nullptr : &*found;
 }
 

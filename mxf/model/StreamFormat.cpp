@@ -114,7 +114,7 @@ constexpr auto kCodecLabels = std::to_array<SCodecLabel>({
 const SFamily* FamilyOf(const SCoding* coding)
 {
     if (coding == nullptr) return nullptr;
-    const auto found = std::ranges::find(kFamilies, coding->family, &SFamily::name);
+    const auto found = std::ranges::find(kFamilies, coding->family.View(), &SFamily::name);
     return found == kFamilies.end() ? nullptr : &*found;
 }
 
