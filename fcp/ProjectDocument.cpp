@@ -39,6 +39,7 @@ struct Scan {
     std::optional<Error> error = {};
     xmlParserCtxtPtr parser = nullptr;
     int depth = 0;
+    bool rootEnded = false;
 
     std::size_t position() const { return static_cast<std::size_t>(std::max(0L, xml.xmlByteConsumed(parser))); }
     void refuse(Fault fault, std::string what)
@@ -53,16 +54,27 @@ Scan& scanOf(void* context)
     return *static_cast<Scan*>(static_cast<xmlParserCtxtPtr>(context)->_private);
 }
 
-bool isUTF8(const LibXml2& xml, const xmlParserCtxt& parser)
+/// Whether the text's XML declaration is silent about the encoding or names UTF-8. The parser is told to ignore what
+/// it names: it would convert everything behind the declaration, and positions would no longer be those of the text.
+bool saysUTF8(std::string_view text)
 {
-    for (const xmlChar* name : {parser.encoding, parser.input->encoding})
-        if (name != nullptr && xml.xmlStrcasecmp(name, BAD_CAST "UTF-8") != 0) return false;
-    return true;
+    constexpr std::string_view kSpaces = " \t\r\n";
+    constexpr std::string_view kName = "encoding";
+    constexpr std::string_view kUTF8 = "UTF-8";
+    if (!text.starts_with("<?xml") || kSpaces.find(text.substr(5, 1)) == std::string_view::npos) return true;
+    const std::string_view declaration = text.substr(0, text.find("?>"));
+    std::size_t at = declaration.find(kName);
+    if (at == std::string_view::npos) return true;
+    at = declaration.find_first_of("\"'", at + kName.size());
+    if (at == std::string_view::npos) return true; // not well-formed, which the parser says better
+    const std::string_view value = declaration.substr(at + 1, declaration.find(declaration[at], at + 1) - at - 1);
+    return std::ranges::equal(value, kUTF8, [](char a, char b) {
+        return (a >= 'a' && a <= 'z' ? static_cast<char>(a - 'a' + 'A') : a) == b;
+    });
 }
 
 void readRoot(Scan& scan, std::string_view name, int attributes, const xmlChar** attribute)
 {
-    if (!isUTF8(scan.xml, *scan.parser)) return scan.refuse(Fault::malformed, "the document is not in UTF-8");
     if (name != "xmeml") return scan.refuse(Fault::malformed, "the root element is no xmeml");
     std::string_view version;
     for (int i = 0; i < attributes; ++i, attribute += 5) // name, prefix, namespace, begin and end of the value
@@ -100,7 +112,7 @@ void endElement(void* context, const xmlChar* name, const xmlChar*, const xmlCha
     if (scan.depth == 1 && scan.layout.emptyRoot) scan.layout.contentEnd = scan.layout.contentBegin;
     if (scan.depth == 1 && !scan.layout.emptyRoot)
         scan.layout.contentEnd = scan.text.substr(0, scan.position()).rfind("</");
-    --scan.depth;
+    if (--scan.depth == 0) scan.rootEnded = true;
 }
 
 xmlEntityPtr predefinedEntity(void* context, const xmlChar* name)
@@ -163,12 +175,13 @@ Result<ProjectLayout> layOutProject(std::string_view text)
     if (first == std::string_view::npos || scan.text[first] != '<' ||
         scan.text.substr(0, first + 2).find('\0') != std::string_view::npos)
         return Error{.fault = Fault::malformed, .what = "it does not begin as an XML document in UTF-8 does"};
+    if (!saysUTF8(scan.text)) return Error{.fault = Fault::malformed, .what = "the document is not in UTF-8"};
 
     xmlSAXHandler sax = handlers();
     const std::unique_ptr<xmlParserCtxt, FreeParser> parser{
         xml.xmlCreatePushParserCtxt(&sax, nullptr, nullptr, 0, nullptr), FreeParser{xml}};
     if (!parser) return Error{.fault = Fault::limit, .what = "no memory for a parser"};
-    xml.xmlCtxtUseOptions(parser.get(), XML_PARSE_NONET);
+    xml.xmlCtxtUseOptions(parser.get(), XML_PARSE_NONET | XML_PARSE_IGNORE_ENC);
     parser->_private = &scan;
     scan.parser = parser.get();
     for (std::size_t at = 0; at < scan.text.size() && !scan.error; at += kChunkBytes) {
@@ -178,7 +191,7 @@ Result<ProjectLayout> layOutProject(std::string_view text)
     if (!scan.error) xml.xmlParseChunk(parser.get(), nullptr, 0, 1);
     if (scan.error) return *std::move(scan.error);
     ProjectLayout& layout = scan.layout;
-    if (parser->wellFormed == 0 || scan.depth != 0 || layout.contentEnd < layout.contentBegin ||
+    if (parser->wellFormed == 0 || !scan.rootEnded || layout.contentEnd < layout.contentBegin ||
         layout.contentEnd >= scan.text.size())
         return Error{.fault = Fault::malformed, .what = "it is not well-formed"};
     layout.contentBegin += mark;

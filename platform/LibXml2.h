@@ -28,7 +28,6 @@ namespace zanfcp {
     FUNCTION(xmlParseChunk)                                                                                            \
     FUNCTION(xmlReadMemory)                                                                                            \
     FUNCTION(xmlStopParser)                                                                                            \
-    FUNCTION(xmlStrcasecmp)                                                                                            \
     FUNCTION(xmlStrdup)
 
 /// The functions of libxml2, under their own names. Most programs never read a document, and loading libxml2 with the

@@ -126,6 +126,9 @@ TEST(ProjectDocument, RefusesWhatIsNoProject)
         {"Latin-1", "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>" + valid, Fault::malformed},
         {"ASCII, which could not take others' letters", "<?xml version=\"1.0\" encoding=\"US-ASCII\"?>" + valid,
          Fault::malformed},
+        {"UTF-7, whose bytes cannot be converted", "<?xml version=\"1.0\" encoding=\"UTF-7\"?><xmeml\x7F>",
+         Fault::malformed},
+        {"UTF-7 by single quotes and blanks", "<?xml version='1.0' encoding = 'utf-7' ?>" + valid, Fault::malformed},
         {"UTF-16", std::string("<\0x\0m\0e\0m\0l\0/\0>\0", 16), Fault::malformed},
         {"wrong UTF-8", "<xmeml version=\"5\">\xC3(</xmeml>", Fault::malformed},
         {"NUL", std::string("<xmeml version=\"5\">\0</xmeml>", 28), Fault::malformed},
@@ -145,6 +148,7 @@ TEST(ProjectDocument, RefusesWhatIsNoProject)
     }
     EXPECT_FALSE(layOutProject("<!DOCTYPE xmeml SYSTEM \"http://127.0.0.1:1/x.dtd\"><xmeml version=\"5\">&e;</xmeml>"));
     EXPECT_TRUE(layOutProject("<!DOCTYPE xmeml SYSTEM \"http://127.0.0.1:1/x.dtd\">" + valid)) << "it is not fetched";
+    EXPECT_TRUE(layOutProject("<?xml version='1.0' encoding = 'utf-8' standalone='yes'?>" + valid));
 }
 
 } // namespace
