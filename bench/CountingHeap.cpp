@@ -5,10 +5,11 @@
 
 // The C library's own allocator, which the functions below stand in front of while bytes are counted.
 extern "C" {
-void* __libc_malloc(std::size_t size);                    // NOLINT: glibc's names
-void* __libc_calloc(std::size_t count, std::size_t size); // NOLINT
-void* __libc_realloc(void* block, std::size_t size);      // NOLINT
-void __libc_free(void* block);                            // NOLINT
+void* __libc_malloc(std::size_t size);                          // NOLINT: glibc's names
+void* __libc_calloc(std::size_t count, std::size_t size);       // NOLINT
+void* __libc_realloc(void* block, std::size_t size);            // NOLINT
+void* __libc_memalign(std::size_t alignment, std::size_t size); // NOLINT
+void __libc_free(void* block);                                  // NOLINT
 }
 
 namespace {
@@ -61,6 +62,10 @@ extern "C" void* realloc(void* block, std::size_t size) noexcept
 {
     given(block);
     return taken(__libc_realloc(block, size));
+}
+extern "C" void* aligned_alloc(std::size_t alignment, std::size_t size) noexcept
+{
+    return taken(__libc_memalign(alignment, size));
 }
 extern "C" void free(void* block) noexcept
 {

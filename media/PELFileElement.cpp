@@ -133,7 +133,7 @@ std::shared_ptr<PELElement> PELFileElement::copy() const
 std::shared_ptr<PELElement> PELFileElement::makeSameClass(std::string_view key, PELElementValue value,
                                                           std::string_view identifier) const
 {
-    return std::make_shared<PELFileElement>(key, std::move(value), identifier);
+    return makeElement<PELFileElement>(key, std::move(value), identifier);
 }
 
 } // namespace zanfcp

@@ -89,7 +89,7 @@ private:
     std::shared_ptr<PELElement> sequenceLoggingInfo_; ///< null when nothing is to be logged
     std::shared_ptr<PELElement> clipLoggingInfo_;     ///< null when nothing is to be logged
 
-    std::shared_ptr<PELRootElement> root_ = std::make_shared<PELRootElement>();
+    std::shared_ptr<PELRootElement> root_ = makeElement<PELRootElement>();
     std::shared_ptr<PELElement> container_ = root_; ///< of bin and sequence: the project's children, or the root
     PELElements clips_;
     std::shared_ptr<PELElement> sequence_;

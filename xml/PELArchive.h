@@ -21,7 +21,7 @@ struct PELArchiveClass {
 
     template <typename Class> static PELArchiveClass of(std::string_view name)
     {
-        return {name, [](PELCoder& coder) -> std::shared_ptr<PELElement> { return std::make_shared<Class>(coder); }};
+        return {name, [](PELCoder& coder) -> std::shared_ptr<PELElement> { return makeElement<Class>(coder); }};
     }
 };
 

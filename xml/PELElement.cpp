@@ -310,7 +310,7 @@ XMLElementNode PELElement::XMLRepresentation() const
 std::shared_ptr<PELElement> PELElement::makeSameClass(std::string_view key, PELElementValue value,
                                                       std::string_view identifier) const
 {
-    return std::make_shared<PELElement>(key, std::move(value), identifier);
+    return makeElement<PELElement>(key, std::move(value), identifier);
 }
 
 } // namespace zanfcp

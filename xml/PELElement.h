@@ -125,8 +125,8 @@ protected:
 
 private:
     ElementName key_;
-    std::unique_ptr<std::string> identifier_; ///< null for none, as most have none
-    PELElementValue value_;
+    std::unique_ptr<std::string> identifier_;     ///< null for none, as most have none
+    [[no_unique_address]] PELElementValue value_; ///< lets the next one have what it ends with for nothing
     bool canHaveChildren_ = false;
 };
 

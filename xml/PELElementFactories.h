@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ElementMemory.h"
+
 #include <memory>
 #include <optional>
 #include <string_view>
@@ -20,30 +22,30 @@ public:
     template <typename Value>
     static std::shared_ptr<Self> elementWithKey(std::string_view key, Value&& value, std::string_view identifier)
     {
-        return std::make_shared<Self>(key, std::forward<Value>(value), identifier);
+        return makeElement<Self>(key, std::forward<Value>(value), identifier);
     }
     /// An empty container.
     static std::shared_ptr<Self> elementWithKey(std::string_view key)
     {
-        return std::make_shared<Self>(key, std::monostate{}, std::string_view{});
+        return makeElement<Self>(key, std::monostate{}, std::string_view{});
     }
     /// An empty container with an identifier.
     static std::shared_ptr<Self> elementWithKeyIdentifier(std::string_view key, std::string_view identifier)
     {
-        return std::make_shared<Self>(key, std::monostate{}, identifier);
+        return makeElement<Self>(key, std::monostate{}, identifier);
     }
     /// A leaf; a container when the text is absent.
     static std::shared_ptr<Self> elementWithKeyStringValue(std::string_view key, std::optional<std::string_view> text,
                                                            std::string_view identifier = {})
     {
         if (!text) return elementWithKeyIdentifier(key, identifier);
-        return std::make_shared<Self>(key, std::string(*text), identifier);
+        return makeElement<Self>(key, std::string(*text), identifier);
     }
     /// A container with children.
     static std::shared_ptr<Self> elementWithKeyChildren(std::string_view key, List children,
                                                         std::string_view identifier = {})
     {
-        return std::make_shared<Self>(key, std::move(children), identifier);
+        return makeElement<Self>(key, std::move(children), identifier);
     }
 };
 

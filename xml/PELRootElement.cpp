@@ -63,7 +63,7 @@ void PELRootElement::setXmllintPath(std::optional<std::string> path)
 std::shared_ptr<PELElement> PELRootElement::makeSameClass(std::string_view key, PELElementValue value,
                                                           std::string_view identifier) const
 {
-    return std::make_shared<PELRootElement>(key, std::move(value), identifier);
+    return makeElement<PELRootElement>(key, std::move(value), identifier);
 }
 
 } // namespace zanfcp

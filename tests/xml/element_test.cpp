@@ -5,7 +5,9 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <thread>
 #include <utility>
+#include <vector>
 
 namespace zanfcp::test {
 namespace {
@@ -331,6 +333,41 @@ TEST(Element, ElementInsideItselfIsLeftOut)
     ASSERT_EQ(log.errors().size(), 6u);
     EXPECT_EQ(log.errors()[0], "PELElement: Left out, it lies inside itself: /bin/clip/bin");
     clip->setValue({}); // or the two would hold each other for ever
+}
+
+// Elements share blocks of memory: what others give back, on whatever thread, must not touch those that stay.
+TEST(Element, StaysWholeWhenNeighboursDieOnOtherThreads)
+{
+    constexpr std::size_t kThreads = 4, kElements = 5'000;
+    std::vector<PELElements> made(kThreads);
+    const auto onEachThread = [](auto work) {
+        std::vector<std::thread> threads;
+        for (std::size_t thread = 0; thread < kThreads; ++thread)
+            threads.emplace_back(work, thread);
+        for (std::thread& thread : threads)
+            thread.join();
+    };
+    const auto name = [](std::size_t thread, std::size_t i) {
+        return std::to_string(thread) + "." + std::to_string(i);
+    };
+    for (std::size_t round = 0; round < 3; ++round) {
+        onEachThread([&](std::size_t thread) {
+            for (std::size_t i = 0; i < kElements; ++i) {
+                PELElement::elementWithKey("gone at once");
+                made[thread].push_back(leaf("name", name(thread, i)));
+            }
+        });
+        onEachThread([&](std::size_t thread) { // a neighbour's, all but every seventh one
+            PELElements& neighbours = made[(thread + 1) % kThreads];
+            for (std::size_t i = 0; i < neighbours.size(); ++i)
+                if (i % 7 != round) neighbours[i].reset();
+        });
+        for (std::size_t thread = 0; thread < kThreads; ++thread) {
+            for (std::size_t i = round; i < kElements; i += 7)
+                ASSERT_EQ(made[thread][i]->stringValue(), name(thread, i));
+            made[thread].clear();
+        }
+    }
 }
 
 } // namespace
