@@ -129,6 +129,7 @@ Granted<ProjectFolder::Place> ProjectFolder::place(std::string_view path) const
     if (path.find('\0') != std::string_view::npos) return Refusal{EventStatus::paramErr, "the path holds a NUL"};
     if (!path.starts_with('/')) return Refusal{EventStatus::paramErr, "the path is not absolute"};
     for (const std::string* root : {&path_, &canonical_}) {
+        if (path == *root) return placeOfKey({});
         const std::string prefix = root->ends_with('/') ? *root : *root + "/";
         if (path.starts_with(prefix)) return placeOfKey(path.substr(prefix.size()));
     }
