@@ -35,11 +35,16 @@ Granted<std::optional<std::string>> path(const EventMessage& event, FourCC keywo
     return std::optional(found->bytes);
 }
 
-/// Paths and parser messages hold what clients wrote; control characters would make other lines of one.
+/// Paths and parser messages hold what clients wrote: control characters would make other lines of one, and names of
+/// files may be no UTF-8, which the reply says it holds.
 std::string oneLine(std::string text)
 {
     std::ranges::replace_if(
         text, [](unsigned char c) { return c < 0x20 || c == 0x7F; }, '?');
+    const auto xml = libXml2();
+    if (!xml || (*xml)->xmlCheckUTF8(reinterpret_cast<const xmlChar*>(text.c_str())) == 0)
+        std::ranges::replace_if(
+            text, [](unsigned char c) { return c >= 0x80; }, '?');
     return text;
 }
 

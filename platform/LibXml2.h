@@ -13,6 +13,7 @@ namespace zanfcp {
 #define ZANFCP_LIBXML2_FUNCTIONS(FUNCTION)                                                                             \
     FUNCTION(xmlAddChild)                                                                                              \
     FUNCTION(xmlByteConsumed)                                                                                          \
+    FUNCTION(xmlCheckUTF8)                                                                                             \
     FUNCTION(xmlCreatePushParserCtxt)                                                                                  \
     FUNCTION(xmlCtxtUseOptions)                                                                                        \
     FUNCTION(xmlDocGetRootElement)                                                                                     \

@@ -157,6 +157,20 @@ TEST(ProjectHost, EachRefusalHasItsNumberAndOneLine)
         EXPECT_EQ(host.send(event), -1728) << event.eventID.text();
 }
 
+TEST(ProjectHost, ReasonsAreOneLineOfUTF8WhateverThePath)
+{
+    const HostProcess host;
+    const auto outcome = host.channel()->send(
+        test::event("ofcP", {{FourCC{"fcpP"}, EventDescriptor::file(host.projects() + "/\xC3\xA4\n\xFF.xml")}}));
+    const EventDescriptor* const reason = outcome.reply.find(EventCode::errorString);
+    ASSERT_NE(reason, nullptr);
+    EXPECT_EQ(reason->bytes, "could not open ????.xml: No such file or directory");
+    const auto good = host.channel()->send(
+        test::event("ofcP", {{FourCC{"fcpP"}, EventDescriptor::file(host.projects() + "/\xC3\xA4\n.xml")}}));
+    EXPECT_EQ(good.reply.find(EventCode::errorString)->bytes,
+              "could not open \xC3\xA4?.xml: No such file or directory");
+}
+
 TEST(ProjectHost, OverwritingNeedsToBeToldAndSparesOpenProjects)
 {
     const HostProcess host;
