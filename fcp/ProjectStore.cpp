@@ -178,7 +178,10 @@ Refused ProjectStore::save(Path path, bool overwrite)
         return Refusal{EventStatus::dupFNErr, place->key + " exists and is not to be overwritten"};
     if (place->key != *key && find(place->key) != projects_.end())
         return Refusal{EventStatus::fBsyErr, place->key + " is open as another project"};
-    if (!path && !projects_.back().unsaved) return std::nullopt;
+    if (!path && !projects_.back().unsaved) {
+        if (!place->exists) return Refusal{EventStatus::fnfErr, *key + " is gone, and there is nothing to save"};
+        return std::nullopt;
+    }
     if (Refused refused = saveTo(*key, *place)) return refused;
     projects_.back().key = place->key;
     return std::nullopt;

@@ -171,6 +171,18 @@ TEST(ProjectHost, ReasonsAreOneLineOfUTF8WhateverThePath)
               "could not open \xC3\xA4?.xml: No such file or directory");
 }
 
+TEST(ProjectHost, AProjectWhoseFileIsGoneIsNotSavedInWordsOnly)
+{
+    const HostProcess host;
+    const auto client = host.communicator();
+    ASSERT_TRUE(client.sendXMLData(document("one"), host.project("a.xml")));
+    ASSERT_EQ(host.send(test::event("sfcP")), 0);
+    EXPECT_EQ(host.send(test::event("sfcP")), 0) << "it is saved already";
+    fs::remove(host.project("a.xml").path());
+    EXPECT_EQ(host.send(test::event("sfcP")), -43);
+    EXPECT_TRUE(client.closeCurrentProjectAndSave(false));
+}
+
 TEST(ProjectHost, OverwritingNeedsToBeToldAndSparesOpenProjects)
 {
     const HostProcess host;
