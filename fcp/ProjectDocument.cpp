@@ -140,6 +140,8 @@ void noteError(void* context, xmlErrorPtr error)
     Scan& scan = scanOf(context);
     if (scan.error || error == nullptr || error->level < XML_ERR_ERROR) return;
     std::string what = error->message == nullptr ? "it is not well-formed" : error->message;
+    if (error->code == XML_ERR_DOCUMENT_END && !scan.rootEnded)
+        what = "the document ends before its root element does"; // libxml2 calls it extra content
     while (what.ends_with('\n'))
         what.pop_back();
     scan.error = Error{.fault = Fault::malformed,

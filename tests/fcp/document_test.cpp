@@ -146,6 +146,8 @@ TEST(ProjectDocument, RefusesWhatIsNoProject)
         ASSERT_FALSE(layout) << c.name;
         EXPECT_EQ(layout.error().fault, c.expected) << c.name << ": " << layout.error().text();
     }
+    for (const char* cut : {"<xmeml version=\"5\">", "<xmeml version=\"5\"><bin/>\xC3"})
+        EXPECT_EQ(layOutProject(cut).error().what, "line 1: the document ends before its root element does") << cut;
     EXPECT_FALSE(layOutProject("<!DOCTYPE xmeml SYSTEM \"http://127.0.0.1:1/x.dtd\"><xmeml version=\"5\">&e;</xmeml>"));
     EXPECT_TRUE(layOutProject("<!DOCTYPE xmeml SYSTEM \"http://127.0.0.1:1/x.dtd\">" + valid)) << "it is not fetched";
     EXPECT_TRUE(layOutProject("<?xml version='1.0' encoding = 'utf-8' standalone='yes'?>" + valid));
