@@ -49,12 +49,12 @@ ExitCode host(const Arguments& arguments, Console& console)
 {
     // Its socket shows that it runs, so from then on a signal must end it as it should be ended.
     std::optional<StopSignalsBlocked> blocked{std::in_place};
+    console.setVerbose(true); // what it opens again shows, and refusals as they come
     auto opened = ZANFCPProjectHost::open({.socketPath = arguments.socket, .projectsFolder = arguments.projects});
     if (!opened) {
         console.error(opened.error().what);
         return kFailed;
     }
-    console.setVerbose(true); // refusals show as they come
     runningHost = opened->get();
     struct sigaction stop {};
     stop.sa_handler = stopHost;

@@ -46,6 +46,16 @@ TEST(Host, ProjectGoesFromTheBuilderToTheHostAndBack)
     EXPECT_FALSE(std::filesystem::exists(folder.file("run/socket")));
 }
 
+TEST(Host, WhatIsOpenedAgainAtTheStartIsNamed)
+{
+    const TempFolder folder;
+    std::filesystem::create_directories(folder.file("projects/.zanfcp"));
+    folder.write("projects/.zanfcp/a.xml.unsaved", "<xmeml version=\"5\"/>");
+    const Outcome outcome = besideHost(folder, "$ZANFCP get --socket $S");
+    EXPECT_EQ(outcome.out, "<xmeml version=\"5\"/>");
+    EXPECT_THAT(outcome.err, HasSubstr("Reopened a.xml, which has unsaved work"));
+}
+
 TEST(Host, WithoutLibxml2ItDoesNotStartAndFilesAreStillRead)
 {
     const TempFolder folder;
