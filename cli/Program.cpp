@@ -101,7 +101,7 @@ ExitCode wrongUsage(const CLI::ParseError& fault, const CLI::App& app, Console& 
         text = "there is no command \"" + before + spare.front() + "\"";
         if (const auto near = nearestName(spare.front(), visibleNames(used)))
             text += "; did you mean " + before + *near + "?";
-    } else if (!spare.empty() && spare.front().starts_with("--")) {
+    } else if (!spare.empty() && spare.front().starts_with('-') && spare.front() != "-") {
         text = "there is no option " + spare.front() + hintForOption(spare.front(), used);
     }
     console.error(text);
