@@ -64,9 +64,11 @@ std::string keyItems(OptionTable table)
 std::string positionals(const CLI::App& app)
 {
     std::string text;
-    for (const CLI::Option* option : app.get_options())
-        if (option->get_positional())
-            text += " " + option->get_name(true) + (option->get_items_expected_max() > 1 ? "..." : "");
+    for (const CLI::Option* option : app.get_options()) {
+        if (!option->get_positional()) continue;
+        const std::string name = option->get_name(true) + (option->get_items_expected_max() > 1 ? "..." : "");
+        text += option->get_required() ? " " + name : " [" + name + "]";
+    }
     return text;
 }
 

@@ -128,7 +128,8 @@ TEST(ManualPage, HasEveryOptionAndNoFaultOfTroff)
     ASSERT_EQ(page.status, 0);
     for (const cli::OptionSpec& spec : cli::projectOptions())
         EXPECT_THAT(page.out, HasSubstr("\n.B \"" + std::string(spec.key) + "\"\n"));
-    for (const char* option : {"\\-o, \\-\\-output OUT", "\\-\\-set KEY=VALUE", "\\-\\-rate RATE", "\\-\\-json"})
+    for (const char* option : {"save\n[\\fIOPTIONS\\fR] [FILE]\n", "\\-o, \\-\\-output OUT", "\\-\\-set KEY=VALUE",
+                               "\\-\\-rate RATE", "\\-\\-json"})
         EXPECT_THAT(page.out, HasSubstr(option));
     if (shell("command -v groff").status != 0) GTEST_SKIP() << "groff is not installed";
     const Outcome groff = shell("$ZANFCP man | groff -man -Tutf8 -ww -z");
