@@ -2,9 +2,11 @@
 
 #include "cli/MxfWords.h"
 #include "cli/Timecodes.h"
+#include "platform/Format.h"
 
 #include <algorithm>
 #include <cerrno>
+#include <cmath>
 #include <cstring>
 #include <nlohmann/json.hpp>
 #include <sys/stat.h>
@@ -65,6 +67,26 @@ nlohmann::ordered_json timecodeJson(const PELTimecode& timecode)
     return json;
 }
 
+/// Pictures a second, as a person writes them: "29.97", "25".
+std::string pictureRateText(double rate)
+{
+    std::string text = format("%.2f", rate);
+    text.erase(text.find_last_not_of('0') + 1);
+    if (text.ends_with('.')) text.pop_back();
+    return text;
+}
+
+/// Whether the project will say another rate than the pictures have: it takes that of the timecode, which is known to
+/// be 1000/1001 of a whole number at drop-frame alone, and may count some of the pictures only.
+bool timecodeRunsApart(const PELMovieProperties& properties)
+{
+    constexpr double kTolerance = 0.0005; // half of what lies between 29.97 and 30
+    const PELRate rate = properties.timecode.rate;
+    const double counted = static_cast<double>(rate.timebase) * (rate.isNTSC ? 1000.0 / 1001.0 : 1.0);
+    const double shown = properties.nominalFrameRate;
+    return properties.hasTimecode && shown > 0 && std::abs(shown - counted) > kTolerance * counted;
+}
+
 } // namespace
 
 std::string obstacle(const std::string& path)
@@ -107,6 +129,10 @@ std::vector<std::string> fileWarnings(const InspectedFile& file)
     else if (!isTimecodeRate(rate))
         out.push_back(file.path + " has a rate of " + rateText(rate) +
                       " frames a second, which timecode does not know: its labels are counted at 25");
+    else if (timecodeRunsApart(properties))
+        out.push_back(file.path + " shows " + pictureRateText(properties.nominalFrameRate) +
+                      " pictures a second, but its timecode counts " + rateText(rate) +
+                      ", and the project takes it for that");
     if (properties.duration <= 0) out.push_back(file.path + " has no length");
     return out;
 }
@@ -135,6 +161,7 @@ std::string inspectionJson(const InspectedFile& file)
     json["timecode"] = timecodeJson(properties.timecode);
     json["reel"] = fieldText(properties.reel);
     json["missingBytes"] = properties.missingBytes;
+    json["nominalFrameRate"] = std::round(properties.nominalFrameRate * 1000) / 1000;
     // Names on Linux are bytes; what is no UTF-8 is replaced, since JSON cannot hold it.
     return json.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
 }

@@ -85,6 +85,7 @@ void readVideo(PELMovieProperties& properties, const mxf_file_info& info, const 
     properties.height = NSInteger{format.height} * (storesFields ? 2 : 1);
     properties.pixelAspectRatio = PELPixelAspectRatio::square;
     properties.duration = std::max<std::int64_t>(info.duration, 0); // a file that grows may not know it yet
+    properties.nominalFrameRate = format.frame_rate;
     propagateMXFCodecInfo(properties, format);
 }
 

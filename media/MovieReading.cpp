@@ -97,6 +97,7 @@ void PEL_ReadVideoFrameCount(PELMovieProperties& properties, const Asset& asset)
     const Track* track = PEL_GetFirstMovieTrackOfType(asset, quicktime::kVideoMedia);
     if (!track) return;
     const float frameRate = track->nominalFrameRate;
+    properties.nominalFrameRate = static_cast<double>(frameRate);
     properties.timecode.rate.timebase = truncated<NSInteger>(frameRate);
     const float frames = frameRate * static_cast<float>(asset.duration().seconds());
     properties.duration = std::min(truncated<NSInteger>(frames), kLongestDuration);

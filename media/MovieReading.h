@@ -14,7 +14,7 @@ namespace zanfcp {
 /// hasVideo, width, height, pixelAspectRatio and anamorphic from the first video track.
 void PEL_ReadVideoDimensions(PELMovieProperties& properties, const quicktime::Asset& asset);
 
-/// From the first video track: duration, and its nominal frame rate, truncated, as a provisional
+/// From the first video track: nominalFrameRate, duration, and that rate, truncated, as a provisional
 /// timecode.rate.timebase (29.97 becomes 29). Their product is formed with 32-bit floats.
 void PEL_ReadVideoFrameCount(PELMovieProperties& properties, const quicktime::Asset& asset);
 

@@ -48,6 +48,8 @@ struct PELMovieProperties {
     std::array<char, 256> reel{}; ///< reel (tape) name in UTF-8, zero-terminated
     /// Bytes that a QuickTime file lacks at its end of what it announces, because it was cut short.
     std::uint64_t missingBytes = 0;
+    /// Pictures a second as the file times them, 29.97 for example, whatever its timecode counts; 0 without picture.
+    double nominalFrameRate = 0;
 
     friend bool operator==(const PELMovieProperties&, const PELMovieProperties&) = default;
 };

@@ -36,7 +36,7 @@ TEST(Inspect, JsonHasTheFieldsOfTheRecordByTheirNames)
         "audioChannelCount": 1, "hasTimecode": true,
         "timecode": {"kind": 1, "rate": {"timebase": 25, "isNTSC": false}, "frames": 900005, "hasDropframe": false,
                      "string": "10:00:00:05"},
-        "reel": "A001", "missingBytes": 0})");
+        "reel": "A001", "missingBytes": 0, "nominalFrameRate": 25.0})");
     const std::vector<ordered_json> lines = jsonLines(outcome.out);
     ASSERT_EQ(lines.size(), 1U);
     expected["path"] = sample("CAM_A.mov");
@@ -91,6 +91,33 @@ TEST(Inspect, TheTableShowsWhatAPersonAsksFor)
     for (const char* shown : {"FILE", "1920x1080", "29.97 DF", "00:01:00;02", "H.264 (avc1)", "SND1"})
         EXPECT_THAT(outcome.out, HasSubstr(shown));
     EXPECT_THAT(outcome.out, HasSubstr("00:00:04:00  100")); // the sound file is measured
+    EXPECT_EQ(outcome.err, "");
+}
+
+TEST(Inspect, TimecodeThatCountsOtherFramesThanThePicturesIsWarnedOf)
+{
+    const TempFolder folder;
+    const auto make = [&](const char* name, const char* rate, const char* start, const char* more = "") {
+        ASSERT_EQ(shell("cd '" + folder.path().string() + "' && ffmpeg -v error -f lavfi -i testsrc2=s=64x64:r=" +
+                        rate + ":d=1 -c:v mpeg2video " + more + " -timecode '" + start + "' " + name)
+                      .status,
+                  0);
+    };
+    make("ndf.mov", "30000/1001", "01:00:00:00");
+    make("ndf.mxf", "30000/1001", "01:00:00:00", "-g 1");
+    make("df.mov", "30000/1001", "01:00:00;00");
+    make("df.mxf", "30000/1001", "01:00:00;00", "-g 1");
+    make("film.mov", "24000/1001", "01:00:00:00");
+    const Outcome outcome =
+        shell("cd '" + folder.path().string() + "' && $ZANFCP inspect df.mov df.mxf film.mov ndf.mov ndf.mxf");
+    const auto line = [](const std::string& file) {
+        return "zanfcp: warning: " + file +
+               " shows 29.97 pictures a second, but its timecode counts 30, and the project takes it for that\n";
+    };
+    EXPECT_EQ(outcome.err, line("ndf.mov") + line("ndf.mxf"));
+    const Outcome json = shell("cd '" + folder.path().string() + "' && $ZANFCP inspect --json film.mov ndf.mxf");
+    EXPECT_EQ(jsonLines(json.out).at(0)["nominalFrameRate"], 23.976);
+    EXPECT_EQ(jsonLines(json.out).at(1)["nominalFrameRate"], 29.97);
 }
 
 TEST(Inspect, CutFilesAndRatesWithoutTimecodeAreWarnedOf)

@@ -3,6 +3,7 @@
 #include "tests/support/MovieBuilder.h"
 #include "tests/support/TempFolder.h"
 
+#include <cstdlib>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -179,12 +180,14 @@ TEST(MovieProperties, NtscIsForcedFor23Alone)
         {"29.97 drop", {pictures(30000, 1001), labels(30, 1)}, {30, true}},
         {"59.94 drop", {pictures(60000, 1001), labels(60, 1)}, {60, true}},
         {"59.94 without timecode", {pictures(60000, 1001)}, {59, false}},
-        {"other flags are not drop-frame", {pictures(30, 1), labels(30, 0xFFFFFFFE)}, {30, false}},
+        {"30, other flags are not drop-frame", {pictures(30, 1), labels(30, 0xFFFFFFFE)}, {30, false}},
         {"sound with timecode of 24", {soundTrack(), labels(24, 0)}, {24, false}},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
-        EXPECT_EQ(readMovie({.tracks = c.tracks}).timecode.rate, c.rate);
+        const PELMovieProperties properties = readMovie({.tracks = c.tracks});
+        EXPECT_EQ(properties.timecode.rate, c.rate);
+        EXPECT_NEAR(properties.nominalFrameRate, std::atof(c.name), 0.005) << "the pictures' own; 0 of sound";
     }
 }
 

@@ -119,6 +119,7 @@ TEST(MXFProperties, OfACameraFile)
     EXPECT_EQ(properties.height, 1080) << "540 lines a field";
     EXPECT_EQ(properties.pixelAspectRatio, PELPixelAspectRatio::square);
     EXPECT_EQ(properties.duration, 250);
+    EXPECT_EQ(properties.nominalFrameRate, 25);
     EXPECT_TRUE(properties.hasAudio);
     EXPECT_EQ(properties.audioSampleRate, 48000U);
     EXPECT_EQ(properties.audioBitDepth, 24U);
