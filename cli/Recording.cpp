@@ -2,6 +2,7 @@
 
 #include "cli/Text.h"
 #include "cli/Timecodes.h"
+#include "media/FileTiming.h"
 #include "project/Options.h"
 #include "project/Sequence.h"
 #include "xml/XMLText.h"
@@ -94,6 +95,21 @@ NSInteger sequenceOffset(const Recording& recording, PELRate rate)
     return Convenience::sequenceOffsetForFiles(recording.files, timecode);
 }
 
+/// Frames of the sequence, as the document will say.
+NSInteger sequenceDuration(const Recording& recording, PELRate rate)
+{
+    const PELDictionary& options = recording.options;
+    const PELArray* cuts = options.arrayFor(PELCuts);
+    if (cuts != nullptr && !cuts->empty() && options.contains(PELSequenceStartTimecode) &&
+        !options.boolFor(PELSequenceCorrectFileOffsets)) {
+        const auto end =
+            framesFromText(cuts->back().as<PELDictionary>()->stringFor(PELCutEndTimecode).value_or(""), rate);
+        if (end) return *end;
+    }
+    return options.contains(PELSequenceDuration) ? options.integerFor(PELSequenceDuration)
+                                                 : PELGetSequenceDurationForFileElements(recording.files);
+}
+
 /// One record of the cut list; nothing when its labels cannot be read.
 struct Cut {
     std::size_t index = 0;
@@ -167,19 +183,30 @@ void warnAboutCuts(const Recording& recording, const PELArray& cuts, Warnings& o
                       "]: not every file has material there");
 }
 
+/// Without cuts the sequence is one cut over its whole length.
+void warnAboutWholeSequence(const Recording& recording, Warnings& out)
+{
+    const PELRate rate = sequenceRate(recording.inspected, recording.options);
+    const NSInteger common = PELGetSequenceDurationForFileElements(recording.files);
+    const NSInteger start = sequenceOffset(recording, rate);
+    const NSInteger end = wrappingSum(start, sequenceDuration(recording, rate));
+    if (common <= 0 || (start >= 0 && end <= common)) return;
+    out.push_back("the sequence shows frames " + std::to_string(start) + " to " +
+                  std::to_string(wrappingDifference(end, 1)) + " of the common span, which has " +
+                  std::to_string(common) + " (" + labelFromFrames(common, rate) +
+                  "): not every file has material there");
+}
+
 void warnAboutMarkers(const Recording& recording, const PELArray& markers, Warnings& out)
 {
     const PELRate rate = sequenceRate(recording.inspected, recording.options);
-    const PELDictionary& options = recording.options;
-    const NSInteger duration = options.contains(PELSequenceDuration)
-                                   ? options.integerFor(PELSequenceDuration)
-                                   : PELGetSequenceDurationForFileElements(recording.files);
+    const NSInteger duration = sequenceDuration(recording, rate);
     for (std::size_t i = 0; i < markers.size(); ++i) {
         const auto* marker = markers[i].as<PELDictionary>();
         const auto frame = framesFromText(marker->stringFor(PELMarkerStartFrame).value_or(""), rate);
         if (!frame || duration <= 0 || *frame < duration) continue;
         out.push_back("markers[" + std::to_string(i) + "] \"" + marker->stringFor(PELMarkerName).value_or("") +
-                      "\" lies beyond the common span of the files");
+                      "\" lies beyond the end of the sequence, " + labelFromFrames(duration, rate));
         return; // one is enough to look at the list
     }
 }
@@ -265,7 +292,10 @@ std::vector<std::string> recordingWarnings(const Recording& recording)
         out.push_back(main.path + " has no picture, but is the main angle of the multiclip; choose another with "
                                   "--set multiclipMainFileIndex=N");
     const PELArray* cuts = options.arrayFor(PELCuts);
-    if (hasSequence(options) && cuts != nullptr) warnAboutCuts(recording, *cuts, out);
+    if (hasSequence(options) && cuts != nullptr && !cuts->empty())
+        warnAboutCuts(recording, *cuts, out);
+    else if (hasSequence(options))
+        warnAboutWholeSequence(recording, out);
     const PELArray* markers = options.arrayFor(PELMarkers);
     if (hasSequence(options) && markers != nullptr) warnAboutMarkers(recording, *markers, out);
     warnAboutOptions(options, out);
