@@ -5,6 +5,7 @@
 #include "media/FileTiming.h"
 #include "project/Options.h"
 #include "project/Sequence.h"
+#include "xml/Labels.h"
 #include "xml/XMLText.h"
 
 #include <algorithm>
@@ -211,6 +212,21 @@ void warnAboutMarkers(const Recording& recording, const PELArray& markers, Warni
     }
 }
 
+/// Labels are names that users of the editing application can change.
+void warnAboutLabels(const PELDictionary& options, Warnings& out)
+{
+    for (const char* key : {PELBinLabel, PELClipLabel, PELSequenceLabel}) {
+        const std::string label = options.stringFor(key).value_or("");
+        bool isKnown = label.empty();
+        for (std::uint32_t index = 1; index <= 5 && !isKnown; ++index)
+            isKnown = PELLabelForColor(index) == label;
+        if (!isKnown)
+            out.push_back(std::string(key) + " \"" + label +
+                          "\" is none of the labels that `zanfcp labels` lists: it shows only where the editing "
+                          "application has it");
+    }
+}
+
 /// Options that are given and do nothing.
 void warnAboutOptions(const PELDictionary& options, Warnings& out)
 {
@@ -298,6 +314,7 @@ std::vector<std::string> recordingWarnings(const Recording& recording)
         warnAboutWholeSequence(recording, out);
     const PELArray* markers = options.arrayFor(PELMarkers);
     if (hasSequence(options) && markers != nullptr) warnAboutMarkers(recording, *markers, out);
+    warnAboutLabels(options, out);
     warnAboutOptions(options, out);
     return out;
 }
