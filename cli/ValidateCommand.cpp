@@ -18,8 +18,8 @@ constexpr std::size_t kMaxDocumentBytes = std::size_t{1} << 30;
 std::string faultsOf(const std::string& path, const std::string& document)
 {
     const std::string tool = PELRootElement::xmllintPath();
-    const auto run =
-        runChildProcess(tool, {"--nonet", "--noout", "--dtdvalid", PELRootElement::dtdPath(), "-"}, document);
+    const std::string definition = definitionArgument(PELRootElement::dtdPath());
+    const auto run = runChildProcess(tool, {"--nonet", "--noout", "--dtdvalid", definition, "-"}, document);
     if (!run) return path + ": the validator did not run: " + run.error().what + "\n";
     const std::string messages = validatorMessages(run->standardError + run->standardOutput, path);
     if (messages.empty() && run->exitStatus != 0)

@@ -1,6 +1,7 @@
 #include "xml/Validation.h"
 
 #include "platform/ChildProcess.h"
+#include "platform/FileURL.h"
 #include "platform/Format.h"
 #include "xml/XMLText.h"
 
@@ -65,6 +66,12 @@ std::string installedDTD()
     return isFile(place) ? place.string() : std::string();
 }
 
+std::string definitionArgument(const std::string& dtd)
+{
+    const std::string text = FileURL::fileURLWithPath(dtd).absoluteString();
+    return text.find('%') == std::string::npos ? dtd : text;
+}
+
 bool validateDocument(const std::string& xmllint, const std::string& dtd, std::string_view document,
                       ValidationError* error)
 {
@@ -74,7 +81,8 @@ bool validateDocument(const std::string& xmllint, const std::string& dtd, std::s
                             .localizedDescription = "The DTD to validate against was not found",
                             .userInfo = {}});
 
-    const Result<ChildResult> run = runChildProcess(xmllint, {"--noout", "--dtdvalid", dtd, "-"}, document);
+    const Result<ChildResult> run =
+        runChildProcess(xmllint, {"--noout", "--dtdvalid", definitionArgument(dtd), "-"}, document);
     if (!run)
         return fail(error, {.domain = std::string(kXmllintErrorDomain),
                             .code = kNotStarted,

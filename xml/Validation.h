@@ -23,6 +23,10 @@ struct ValidationError {
                                                  ///< entry for what is no UTF-8
 };
 
+/// The path of a document type definition as the validator takes it: as it is, or as a file URL where it has characters
+/// that need escaping, because the validator reads it as a URL and does not find it then.
+std::string definitionArgument(const std::string& dtd);
+
 /// Runs the validator over the text of a document.
 /// \param xmllint   path of the tool
 /// \param dtd       path of the document type definition; the tool is not started when there is no such file
@@ -32,8 +36,8 @@ struct ValidationError {
 bool validateDocument(const std::string& xmllint, const std::string& dtd, std::string_view document,
                       ValidationError* error);
 
-/// The installed document type definition, looked for in "share/zanfcp" beside this library or program and up to three
-/// folders above it. Empty when it is in none of them.
+/// The installed document type definition: in "share/zanfcp" of the prefix that this library or program is installed
+/// under, or of the folder that it lies in. Empty when it is not there.
 std::string installedDTD();
 
 } // namespace zanfcp

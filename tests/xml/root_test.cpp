@@ -85,6 +85,19 @@ TEST_F(Root, ValidDocumentLeavesTheErrorUntouched)
     EXPECT_TRUE(root->validateAndReturnError(nullptr));
 }
 
+TEST_F(Root, DefinitionIsFoundWhateverTheNameOfItsFolder)
+{
+    const std::string definition = PELRootElement::dtdPath();
+    for (const char* name : {"plain", "two words", "\xC3\xA9t\xC3\xA9", "100%", "a%20b", "[x]", "a;b"}) {
+        SCOPED_TRACE(name);
+        std::filesystem::create_directory(folder.file(name));
+        const std::string copy = folder.file(std::string(name) + "/FCPXMLv5.dtd");
+        std::filesystem::copy_file(definition, copy);
+        PELRootElement::setDTDPath(copy);
+        EXPECT_TRUE(root->validateAndReturnError(&error)) << error.userInfo["stdErr"];
+    }
+}
+
 TEST_F(Root, MisplacedElementIsReportedByTheTool)
 {
     root->addChild(leaf("clipitem", "misplaced"));
