@@ -52,6 +52,8 @@ std::string offer(const CLI::App& app, const std::string& valueName)
     }
     if (valueName == "RATE") return "_zanfcp_words '" + joined(rateNames(), " ") + "'";
     if (valueName.ends_with(".json")) return "_zanfcp_files json";
+    if (valueName == "DIR") return "_zanfcp_files"; // folders alone
+    if (valueName == "FILE") return "_zanfcp_files xml";
     if (valueName == "FORMAT") return "_zanfcp_words 'raw wav'";
     if (valueName == "OUT") return commandName(app).starts_with("mxf ") ? "_zanfcp_files wav" : "_zanfcp_files xml";
     return ":";

@@ -1,6 +1,7 @@
 #include "cli/OptionTable.h"
 #include "tests/cli/Program.h"
 
+#include <filesystem>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -144,6 +145,8 @@ TEST(Completion, OffersWhatFitsTheCursor)
     folder.write("cuts.json", "[]");
     folder.write("notes.txt", "");
     folder.write("a.mxf", "");
+    folder.write("show.xml", "");
+    std::filesystem::create_directory(folder.file("projects"));
     struct Case {
         const char* line; ///< the words so far, the last one under the cursor
         std::vector<std::string> offered;
@@ -154,13 +157,15 @@ TEST(Completion, OffersWhatFitsTheCursor)
         {"zanfcp --ver", {"--version", "--verbose"}},
         {"zanfcp build --se", {"--set", "--sequence"}},
         {"zanfcp build --set sequenceOverrides.ana", {"sequenceOverrides.anamorphicOverride="}},
-        {"zanfcp build ''", {"my film.mov", "a.mxf"}},
+        {"zanfcp build ''", {"projects", "my film.mov", "a.mxf"}},
         {"zanfcp mxf ''", {"info", "dump", "samples", "extract", "stream"}},
         {"zanfcp -q mxf info --js", {"--json"}},
-        {"zanfcp mxf dump ''", {"a.mxf"}},
-        {"zanfcp build --cuts ''", {"cuts.json"}},
+        {"zanfcp mxf dump ''", {"projects", "a.mxf"}},
+        {"zanfcp build --cuts ''", {"projects", "cuts.json"}},
         {"zanfcp timecode 1 --rate 59", {"59.94", "59.94df", "59.94ndf"}},
         {"zanfcp labels ''", {}},
+        {"zanfcp host --projects ''", {"projects"}},
+        {"zanfcp close --project ''", {"projects", "show.xml"}},
     };
     for (const Case& c : cases) {
         const Outcome outcome =
