@@ -3,10 +3,12 @@
 #include "mxf/Limits.h"
 #include "mxf/Status.h"
 #include "mxf/index/IndexTable.h"
+#include "mxf/io/WindowSource.h"
 #include "mxf/klv/Keys.h"
 #include "mxf/klv/PartitionReading.h"
 
 #include <algorithm>
+#include <array>
 #include <limits>
 #include <map>
 #include <utility>
@@ -16,6 +18,8 @@ namespace {
 
 /// Temporal offsets are 8 bits wide: they reach that far.
 constexpr std::int64_t kReach = 128;
+/// A partition that takes more is read block by block: what is foreseen wrongly must not cost much.
+constexpr std::int64_t kMostAhead = 64 << 10;
 
 std::int64_t Behind(std::int64_t position, std::uint64_t count)
 {
@@ -39,7 +43,7 @@ struct CMxfIndexParser::SImpl {
         std::int64_t partition = 0;
     };
 
-    int LoadPartition(const SPartitionExtent& extent, std::uint32_t indexSid);
+    int LoadPartition(CMediaSource& source, const SPartitionExtent& extent, std::uint32_t indexSid);
     int Walk(CMediaSource& source, const SPartitionExtent& extent, SVisit& visit, std::uint32_t indexSid);
     static std::int64_t FindStart(CMediaSource& source, const SPartitionExtent& extent);
     int LoadSegment(CMediaSource& source, std::int64_t position, std::int64_t length, std::uint32_t indexSid);
@@ -47,6 +51,7 @@ struct CMxfIndexParser::SImpl {
     int Import(std::span<const std::uint8_t> value, std::int64_t rank, std::uint32_t indexSid);
     CIndexTable* Known(std::uint32_t indexSid);
     bool IsWhole(std::int64_t partition) const;
+    std::size_t Foreseen() const;
     bool LoadMore();
     CIndexTable* LoadAny(std::uint32_t indexSid);
     CIndexTable* LoadAll(std::uint32_t indexSid);
@@ -60,6 +65,7 @@ struct CMxfIndexParser::SImpl {
     std::map<std::int64_t, SRead> read;    // segments, by their place
     std::vector<std::int64_t> waiting;     // partitions that were not read yet, ascending
     std::size_t batch = 1;                 // partitions that the next question reads first
+    std::array<std::int64_t, 2> taken{};   // bytes from pack to table of those that were read last
     std::size_t segmentCount = 0;          // of those that came, used or not
     std::int64_t bytesRead = 0;            // of segments
     std::int64_t lastRank = -1;
@@ -171,17 +177,16 @@ int CMxfIndexParser::SImpl::Walk(CMediaSource& source, const SPartitionExtent& e
     return kSuccess;
 }
 
-int CMxfIndexParser::SImpl::LoadPartition(const SPartitionExtent& extent, std::uint32_t indexSid)
+int CMxfIndexParser::SImpl::LoadPartition(CMediaSource& source, const SPartitionExtent& extent, std::uint32_t indexSid)
 {
-    CMediaSource* const source = reader != nullptr ? reader->Source() : nullptr;
-    if (source == nullptr || extent.position < 0 || extent.packSize < 0) return kFailed;
+    if (extent.position < 0 || extent.packSize < 0) return kFailed;
     SVisit& visit = visits[extent.position];
     int status = kSuccess;
     if (!visit.isWhole || visit.indexByteCount != extent.indexByteCount) {
         visit.indexByteCount = extent.indexByteCount;
-        if (visit.start < 0) visit.start = FindStart(*source, extent);
+        if (visit.start < 0) visit.start = FindStart(source, extent);
         if (visit.start < 0) return extent.indexByteCount > 0 ? kCutShort : kFailed;
-        status = Walk(*source, extent, visit, indexSid);
+        status = Walk(source, extent, visit, indexSid);
     }
     if (status != kSuccess) return status;
     return visit.hasSegment ? kSuccess : kFailed;
@@ -189,7 +194,8 @@ int CMxfIndexParser::SImpl::LoadPartition(const SPartitionExtent& extent, std::u
 
 int CMxfIndexParser::LoadSegmentFromPartition(const CPartitionPack& partition)
 {
-    return impl_->LoadPartition(partition.extent, partition.indexSID);
+    CMediaSource* const source = impl_->reader != nullptr ? impl_->reader->Source() : nullptr;
+    return source != nullptr ? impl_->LoadPartition(*source, partition.extent, partition.indexSID) : kFailed;
 }
 
 bool CMxfIndexParser::SImpl::IsWhole(std::int64_t partition) const
@@ -209,18 +215,29 @@ void CMxfIndexParser::LoadSegments(const CRandomIndexPack& rip)
     impl_->batch = 1;
 }
 
+/// Bytes that the next partition is expected to take: as many as the larger of the last two, since those without an
+/// index table often stand between those with one. \return 0 when that is not known, or too much
+std::size_t CMxfIndexParser::SImpl::Foreseen() const
+{
+    const std::int64_t most = std::max(taken[0], taken[1]);
+    return most <= kMostAhead ? static_cast<std::size_t>(most) : 0;
+}
+
 /// Reads the last partitions that wait, each time twice as many as before: what they say stands, since none behind
 /// them is unread, and tables are not put together anew for every one of a long file.
 bool CMxfIndexParser::SImpl::LoadMore()
 {
     CMediaSource* const source = reader != nullptr ? reader->Source() : nullptr;
     if (source == nullptr || waiting.empty()) return false;
+    CWindowSource window{*source};
     for (std::size_t i = 0; i < batch && !waiting.empty(); ++i) {
         const std::int64_t position = waiting.back();
         waiting.pop_back();
         if (IsWhole(position)) continue; // it was loaded at once meanwhile
-        const auto pack = ReadPartitionPackAt(*source, dict, position);
-        const int status = pack ? LoadPartition(pack->extent, pack->indexSID) : kFailed;
+        window.Expect(position, Foreseen());
+        const auto pack = ReadPartitionPackAt(window, dict, position);
+        const int status = pack ? LoadPartition(window, pack->extent, pack->indexSID) : kFailed;
+        taken = {window.Reached(), taken[0]};
         const bool isMissed = !pack || (pack->HasIndexTable() && status == kFailed) || status == kCutShort;
         if (isMissed) logger.LogError("Cannot load index from partition at %.0f", static_cast<double>(position));
     }

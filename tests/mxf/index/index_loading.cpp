@@ -1,5 +1,6 @@
 #include "mxf/Status.h"
 #include "mxf/index/MxfIndexParser.h"
+#include "mxf/io/CachedReader.h"
 #include "mxf/klv/PartitionReading.h"
 #include "tests/mxf/index/SegmentBytes.h"
 #include "tests/support/FakeClock.h"
@@ -185,6 +186,50 @@ TEST_F(IndexLoading, OnlyWhatAQuestionNeedsIsReadAndThatOnce)
     EXPECT_EQ(offsetOf(160), -1);
     EXPECT_EQ(source.bytesRead, all);
     EXPECT_THAT(sink.lines, testing::IsEmpty());
+}
+
+TEST_F(IndexLoading, OfASourceWithACacheNoBlocksAreReadInVain)
+{
+    // Partitions of one size, then with and without a table by turns, then with tables that differ.
+    struct Case {
+        const char* name;
+        std::size_t (*units)(std::size_t partition);
+        int reads; ///< beside one of each partition
+    };
+    const Case cases[] = {
+        {"of one size", [](std::size_t) -> std::size_t { return 200; }, 2},
+        {"every other one without", [](std::size_t i) -> std::size_t { return i % 2 * 200; }, 2},
+        {"growing", [](std::size_t i) -> std::size_t { return 100 + 10 * i; }, 2},
+        {"shrinking", [](std::size_t i) -> std::size_t { return 420 - 10 * i; }, 34},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        MxfBuilder file;
+        std::int64_t needed = 0;
+        std::int64_t unit = 0;
+        file.partition({.kind = 2}).essence(10);
+        for (std::size_t i = 0; i < 32; ++i) {
+            const Bytes index = segmentKlv(entries(static_cast<std::uint64_t>(unit), c.units(i), 10));
+            file.partition({.kind = 3, .index = c.units(i) == 0 ? Bytes{} : index}).essence(20'000);
+            needed += 200 + static_cast<std::int64_t>(index.size());
+            unit += static_cast<std::int64_t>(c.units(i));
+        }
+        file.partition({.kind = 4}).randomIndexPack();
+        CCachedReader<CountingSource> cached;
+        cached.bytes = file.bytes;
+        reader.Attach(&cached, 0, CLoggerT<CSnitcher>{&sink});
+        parser.Reset();
+        const auto rip = CRandomIndexPack::LoadFromEnd(cached, dict, 0, true);
+        ASSERT_NE(rip, nullptr);
+        parser.LoadSegments(*rip);
+        cached.reads = 0;
+        cached.bytesRead = 0;
+        EXPECT_THAT(parser.CoveredUnits(kSid), Optional(unit));
+        EXPECT_LE(cached.reads, 34 + c.reads);
+        const std::int64_t most = needed + (c.reads == 2 ? needed / 2 : needed * 3);
+        EXPECT_LT(cached.bytesRead, most + 3 * 8192) << needed;
+        EXPECT_EQ(cached.GetBufferSize(), 8192);
+    }
 }
 
 TEST_F(IndexLoading, TheLastPartitionIsBelievedInWhateverOrderTheyAreRead)
