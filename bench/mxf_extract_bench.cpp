@@ -21,7 +21,7 @@ using namespace bench;
 
 constexpr int kRounds = 5;
 constexpr std::size_t kBlock = std::size_t{1} << 20;
-constexpr std::size_t kSlice = std::size_t{256} << 10; ///< that is pushed at a time, as by the command
+constexpr std::size_t kSlice = std::size_t{1} << 20; ///< that is pushed at a time, as by the command
 
 /// Calls `take` with all of a file, a block at a time.
 void readWhole(const std::string& path, std::size_t blockBytes, const std::function<void(unsigned char*, int)>& take)

@@ -24,8 +24,8 @@
 namespace zanfcp::cli {
 namespace {
 
-/// Fits the cache beside what is queued of it; much smaller ones cost more changes of thread than they save.
-constexpr std::size_t kSliceBytes = std::size_t{256} << 10;
+/// Holds a few pictures, which are then taken where they lie; much larger ones do not fit the cache.
+constexpr std::size_t kSliceBytes = std::size_t{1} << 20;
 
 struct Arguments {
     std::string path;

@@ -41,9 +41,19 @@ unsigned char* SMemoryStream::RequestFree(int count)
     } else if (base_ && capacity_ >= static_cast<std::uint32_t>(count)) {
         return write_ = base_.get();
     }
-    const std::uint64_t grown = held_ + static_cast<std::uint64_t>(count) * 4 / 3; // more than 32 bits fail below
+    const std::uint64_t grown = Grown(count);
     if (grown >= maximum_ || Realloc(static_cast<std::uint32_t>(grown)) == 0) return nullptr;
     return write_;
+}
+
+bool SMemoryStream::HasRoom(int count) const
+{
+    return count >= 0 && std::cmp_less_equal(count, capacity_ - held_);
+}
+
+bool SMemoryStream::CanHaveRoom(int count) const
+{
+    return HasRoom(count) || (count >= 0 && Grown(count) < maximum_);
 }
 
 int SMemoryStream::ConfirmData(int count)

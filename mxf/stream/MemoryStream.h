@@ -67,6 +67,14 @@ struct SMemoryStream {
     NotifyCallback notify = nullptr;
     CopyCallback copy = nullptr; ///< answers how many bytes it took; null: all bytes are queued
 
+    /// True when RequestFree finds room for `count` bytes without growing.
+    bool HasRoom(int count) const;
+    /// True when RequestFree finds room for `count` bytes, or makes it.
+    bool CanHaveRoom(int count) const;
+    /// Counts bytes that were used where they lay as if they had been confirmed and released at once.
+    /// \param count  not negative
+    void Pass(std::int64_t count) { total_ += count; }
+
     std::int64_t TotalConfirmed() const { return total_; } ///< bytes taken in since construction
     std::uint32_t Capacity() const { return capacity_; }
     std::uint32_t Held() const { return held_; }
@@ -80,6 +88,8 @@ protected:
 
 private:
     void MoveToFront();
+    /// The capacity that makes room for `count` bytes more, which may exceed 32 bits.
+    std::uint64_t Grown(int count) const { return held_ + static_cast<std::uint64_t>(count) * 4 / 3; }
 
     std::int64_t total_ = 0;
     std::unique_ptr<unsigned char[]> base_;

@@ -26,6 +26,31 @@ private:
     CMxfStreamDemuxer& demuxer_;
 };
 
+namespace {
+
+/// Looks at a flag for about as long as a change of thread takes, then lets others run.
+/// \return true when it was seen
+bool Watch(const std::atomic<bool>& flag)
+{
+    constexpr int kLooks = 500;
+    for (int i = 0; i < kLooks; ++i)
+        if (flag.load(std::memory_order_relaxed)) return true;
+    std::this_thread::yield();
+    return flag;
+}
+
+/// Between two looks at the parse thread.
+void Pause(int rounds)
+{
+    constexpr int kShortRounds = 50; // it mostly has little left to do
+    if (rounds < kShortRounds)
+        std::this_thread::yield();
+    else
+        std::this_thread::sleep_for(std::chrono::milliseconds{1});
+}
+
+} // namespace
+
 CMxfStreamDemuxer::CMxfStreamDemuxer() = default;
 
 CMxfStreamDemuxer::~CMxfStreamDemuxer()
@@ -68,6 +93,7 @@ int CMxfStreamDemuxer::Prepare(const mxf_stream_demuxer_config* config, CSnitche
     Allocate(kQueueBytes);
     begin_ = TotalConfirmed();
     isDiscarding_ = isRefused_ = false;
+    slicesToCopy_ = 0;
     return kSuccess;
 }
 
@@ -76,6 +102,7 @@ int CMxfStreamDemuxer::Open(const mxf_stream_demuxer_config* config, CSnitcher* 
     if (const int status = Prepare(config, sink); status != kSuccess) return status;
     try {
         thread_ = std::make_unique<std::thread>([this] { ParseThread(); });
+        parseThreadId_ = thread_->get_id();
     } catch (const std::system_error&) {
         Logger().LogError("no thread can be started");
         Close();
@@ -95,10 +122,10 @@ void CMxfStreamDemuxer::Close()
         parseThreadId_ = std::thread::id{};
     }
     CMxfDemuxer::Close();
-    essence_.reset();
     partition_.reset();
     headerBuffer_ = {};
     const std::lock_guard input{inputMutex_};
+    essence_.reset();
     Free();
 }
 
@@ -106,14 +133,50 @@ int CMxfStreamDemuxer::CopyData(unsigned char* data, int length)
 {
     if (IsParseThread()) return kFailed;
     int result = length;
+    bool isLent = false;
+    if (IsTight(length)) AwaitUse();
     {
         const std::lock_guard input{inputMutex_};
-        if (!isDiscarding_) result = SMemoryStream::CopyData(data, length);
+        if (essence_) essence_->input.Settle(); // what another thread pushes comes first
+        isLent = MayLend(data, length) && essence_->input.Lend({data, static_cast<std::size_t>(length)});
+        isLookedAt_ = !isLent;
+        if (!isLent && !isDiscarding_) result = SMemoryStream::CopyData(data, length);
         isRefused_ = result == kNoRoom;
     }
     WakeUp();
     std::this_thread::yield();
+    if (isLent) TakeBack();
     return result;
+}
+
+/// True when the queue would have to grow for a slice.
+bool CMxfStreamDemuxer::IsTight(int length)
+{
+    const std::lock_guard input{inputMutex_};
+    return !HasRoom(length);
+}
+
+/// Whether the parse thread is to look at a slice where it lies, instead of at a copy. It takes a change of thread to
+/// and fro, so small slices are better copied, as are those of a stream that is slow to take.
+bool CMxfStreamDemuxer::MayLend(const unsigned char* data, int length)
+{
+    constexpr int kLeastBytes = 64 << 10;
+    const bool isTaken = state_ == kStateStreaming && essence_ && !isDiscarding_ && copy == nullptr;
+    if (!isTaken || data == nullptr || length < kLeastBytes || parseThreadId_.load() == std::thread::id{}) return false;
+    return slicesToCopy_ == 0 || --slicesToCopy_ == 0;
+}
+
+/// Waits a moment for the parse thread to look at the slice that it was lent, and queues what it has left of that.
+void CMxfStreamDemuxer::TakeBack()
+{
+    constexpr int kCopiedBehindASlowOne = 16; // the next ones can then be read while samples are taken
+    const auto end = std::chrono::steady_clock::now() + std::chrono::microseconds{kPickUpMicroseconds};
+    while (!Watch(isLookedAt_) && !stop_ && std::chrono::steady_clock::now() < end) {
+    }
+    const bool isSlow = !isLookedAt_;
+    const std::lock_guard input{inputMutex_};
+    if (isSlow) slicesToCopy_ = kCopiedBehindASlowOne;
+    if (essence_) essence_->input.Settle();
 }
 
 /// A parse thread that is at work, or lingers, is not disturbed: it looks at the flag before it goes to sleep.
@@ -146,17 +209,33 @@ void CMxfStreamDemuxer::LockOutput(bool lock)
 
 void CMxfStreamDemuxer::Drain()
 {
-    for (int rounds = 0; thread_ && !IsParseThread() && !stop_ && state_ != kStateFinished; ++rounds) {
+    for (int rounds = 0; IsAtWork(); ++rounds) {
         {
             const std::lock_guard state{stateMutex_}; // the parse thread lets go of it between steps alone
             if (!isAwake_) return;
         }
-        constexpr int kShortRounds = 50; // it mostly has little left to do
-        if (rounds < kShortRounds)
-            std::this_thread::yield();
-        else
-            std::this_thread::sleep_for(std::chrono::milliseconds{1});
+        Pause(rounds);
     }
+}
+
+/// The same, for as long as a parse thread may be kept from its work by others: the queue should not grow for that.
+void CMxfStreamDemuxer::AwaitUse()
+{
+    const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds{kPatienceMilliseconds};
+    for (int rounds = 0; IsAtWork() && std::chrono::steady_clock::now() < end; ++rounds) {
+        {
+            const std::unique_lock state{stateMutex_, std::try_to_lock};
+            if (state.owns_lock() && !isAwake_) return;
+        }
+        Pause(rounds);
+    }
+}
+
+/// False when there is no parse thread that will ever use what is queued, and on that itself.
+bool CMxfStreamDemuxer::IsAtWork() const
+{
+    const bool isThere = parseThreadId_.load() != std::thread::id{} && !IsParseThread();
+    return isThere && !stop_ && state_ != kStateFinished;
 }
 
 void CMxfStreamDemuxer::ParseThread()
@@ -178,6 +257,7 @@ void CMxfStreamDemuxer::ParseThread()
     if (state_ != kStateFinished) return;
     const std::lock_guard input{inputMutex_};
     isDiscarding_ = true;
+    if (essence_) essence_->input.Forget();
     Reset();
 }
 
@@ -186,9 +266,9 @@ void CMxfStreamDemuxer::ParseThread()
 void CMxfStreamDemuxer::Linger()
 {
     const auto end = std::chrono::steady_clock::now() + std::chrono::microseconds{kLingerMicroseconds};
-    do
-        std::this_thread::yield();
-    while (!isAwake_ && !stop_ && std::chrono::steady_clock::now() < end);
+    std::this_thread::yield();
+    while (!Watch(isAwake_) && !stop_ && std::chrono::steady_clock::now() < end) {
+    }
 }
 
 /// Waits until there is something to do. \return false when there will never be
@@ -209,28 +289,27 @@ bool CMxfStreamDemuxer::WaitForWakeUp(std::unique_lock<std::mutex>& state)
 
 bool CMxfStreamDemuxer::Step()
 {
-    const std::int64_t before = Released();
     bool hasMore = false;
+    isStuck_ = false;
     if (state_ != kStateStreaming) {
         const std::lock_guard input{inputMutex_};
+        const std::int64_t before = Released();
         unsigned char* data = nullptr;
         int length = 0;
         if (RequestData(&data, &length) == 0) ProcessInputBuf(data, length);
         hasMore = state_ == kStateFindPartition && consumed_ > 0;
+        isStuck_ = IsStuck(before, state_ == kStateCollectHeader);
     }
     std::this_thread::yield();
     const std::unique_lock output{output_, std::try_to_lock};
     isOutputWanted_ = !output.owns_lock(); // its owner wakes this thread when it lets go
-    if (isOutputWanted_) return false;
+    if (isOutputWanted_) {
+        isLookedAt_ = true; // it has to be queued
+        return false;
+    }
     hasMore = ProcessCurrentState() || hasMore;
-    if (IsStuck(before)) return Fail("an edit unit or header does not fit the input queue");
+    if (isStuck_) return Fail("an edit unit or header does not fit the input queue");
     return hasMore;
-}
-
-std::int64_t CMxfStreamDemuxer::Released()
-{
-    const std::lock_guard input{inputMutex_};
-    return TotalConfirmed() - Held();
 }
 
 void CMxfStreamDemuxer::ProcessInputBuf(const unsigned char* data, int length)
@@ -325,31 +404,33 @@ void CMxfStreamDemuxer::MakeParser()
 
 bool CMxfStreamDemuxer::RunParser()
 {
+    int result = kNeedsData;
     {
         const std::lock_guard input{inputMutex_};
         if (!essence_) {
             Reset(); // no essence that could be delivered
             return false;
         }
-        result_ = essence_->parser.Push();
+        const std::int64_t before = Released();
+        result = essence_->parser.Push();
+        isStuck_ = IsStuck(before, result == kNeedsData);
     }
-    if (result_ == kNeedsData) std::this_thread::yield();
-    if (result_ != kEnded) return false;
+    isLookedAt_ = true; // whoever waits for that needs the lock at once, and for long: nothing below takes it
+    if (result == kNeedsData) std::this_thread::yield();
+    if (result != kEnded) return false;
     state_ = kStateFinished;
     Report(mxf_stream_ended);
     return true;
 }
 
 /// True when what is needed at once does not fit the queue together with the slice that the caller wants to push: no
-/// later push would be any better.
-/// \param before  bytes released before the step
-bool CMxfStreamDemuxer::IsStuck(std::int64_t before)
+/// later push would be any better. Under the lock of the queue.
+/// \param before   bytes released before the step
+/// \param isShort  the step needs more than there is
+bool CMxfStreamDemuxer::IsStuck(std::int64_t before, bool isShort)
 {
-    const bool isCollecting = state_ == kStateCollectHeader;
-    const bool isShort = state_ == kStateStreaming && result_ == kNeedsData;
-    const std::lock_guard input{inputMutex_};
-    if (TotalConfirmed() - Held() != before) isRefused_ = false; // there is room for another try
-    return (isCollecting || isShort) && isRefused_ && !stop_ && Held() > Maximum() / 2;
+    if (Released() != before) isRefused_ = false; // there is room for another try
+    return isShort && isRefused_ && !stop_ && Held() > Maximum() / 2;
 }
 
 int CMxfStreamDemuxer::AddStream(int file, int stream, SMediaStream* receiver)

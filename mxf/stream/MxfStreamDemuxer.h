@@ -45,7 +45,9 @@ class CMxfStreamDemuxer : public CMxfDemuxer, public SMemoryStream {
 public:
     static constexpr std::uint32_t kQueueBytes = 2'097'152; ///< capacity after Open; it grows to 32 MiB
     static constexpr int kWakeUpMilliseconds = 500;
-    static constexpr int kLingerMicroseconds = 50; ///< that the parse thread looks out for the next push awake
+    static constexpr int kLingerMicroseconds = 200;    ///< that the parse thread looks out for the next push awake
+    static constexpr int kPickUpMicroseconds = 50;     ///< that a push waits for the parse thread to look at its slice
+    static constexpr int kPatienceMilliseconds = 2000; ///< that a push waits before it makes the queue grow
 
     CMxfStreamDemuxer();
 
@@ -62,7 +64,9 @@ public:
     /// that end after the step at hand: the rest is done by the next Close, Open or destruction, elsewhere.
     void Close() override;
     /// Queues a slice, or hands it to the pass-through callback when that takes all of it; wakes the parse thread.
-    /// \param data  copied; may be null for a length of 0, which only wakes
+    /// While that keeps up with the pushes, it is shown the slice where it lies, and only what it leaves is queued. The
+    /// queue grows only for what the parse thread cannot use yet, or does not in two seconds.
+    /// \param data  not needed any more on return; may be null for a length of 0, which only wakes
     /// \return `length`; -5 without room in the queue, the slice is then to be pushed again later or in smaller pieces;
     ///   -1 on the parse thread; -2 for null data
     int CopyData(unsigned char* data, int length) override;
@@ -114,6 +118,11 @@ private:
     class COutputHold;
 
     void ParseThread();
+    bool IsTight(int length);
+    void AwaitUse();
+    bool IsAtWork() const;
+    bool MayLend(const unsigned char* data, int length);
+    void TakeBack();
     bool WaitForWakeUp(std::unique_lock<std::mutex>& state);
     void WakeUp();
     void Linger();
@@ -122,8 +131,8 @@ private:
     bool ParseHeaderBuf();
     void MakeParser();
     bool RunParser();
-    bool IsStuck(std::int64_t before);
-    std::int64_t Released();
+    bool IsStuck(std::int64_t before, bool isShort);
+    std::int64_t Released() const { return TotalConfirmed() - Held(); }
     bool Fail(const char* reason);
     void Report(mxf_stream_event event);
 
@@ -137,14 +146,16 @@ private:
     std::string failure_;                      // met while input was used, to be reported after it
     std::int64_t begin_ = 0;                   // what the queue had confirmed at the open
     std::unique_ptr<SStreamDelivery> essence_; // null before the header is parsed, and for a file without essence
-    int result_ = 0;                           // of the last step of the parser
+    bool isStuck_ = false;                     // what the step at hand needs will never fit the queue
 
     std::atomic<bool> stop_{false};
-    std::atomic<bool> isAwake_{false};  // a wake-up that is not used yet; used up under stateMutex_
-    std::atomic<bool> isAsleep_{false}; // the parse thread has to be notified; written under stateMutex_
-    bool isOutputWanted_ = false;       // the output was locked when it was needed; guarded by stateMutex_
-    bool isDiscarding_ = false;         // the parse thread has left at the end; guarded by inputMutex_
-    bool isRefused_ = false;            // there was no room for the last slice; guarded by inputMutex_
+    std::atomic<bool> isAwake_{false};   // a wake-up that is not used yet; used up under stateMutex_
+    std::atomic<bool> isAsleep_{false};  // the parse thread has to be notified; written under stateMutex_
+    std::atomic<bool> isLookedAt_{true}; // the parse thread has no use any more for the slice that it was lent
+    bool isOutputWanted_ = false;        // the output was locked when it was needed; guarded by stateMutex_
+    bool isDiscarding_ = false;          // the parse thread has left at the end; guarded by inputMutex_
+    bool isRefused_ = false;             // there was no room for the last slice; guarded by inputMutex_
+    int slicesToCopy_ = 0;               // before one is lent again; guarded by inputMutex_
     std::unique_ptr<std::thread> thread_;
     std::atomic<std::thread::id> parseThreadId_{};
 

@@ -89,6 +89,48 @@ TEST(StreamDemuxer, NothingIsLostWhateverTheSlices)
     }
 }
 
+TEST(StreamDemuxer, SlicesThatAreLentAreAsGoodAsQueuedOnes)
+{
+    const Stream stream = makeStream({}, {.units = 60, .size = 90'000});
+    std::uint32_t random = 7;
+    const std::function<std::size_t()> slices[] = {
+        [] { return std::size_t{64} << 10; },
+        [] { return std::size_t{1} << 20; },
+        [&random] { return std::size_t{(random = random * 1664525 + 1013904223) >> 12}; },
+    };
+    for (const bool isReluctant : {false, true}) {
+        for (const auto& slice : slices) {
+            Pushing pushing;
+            Receiver& picture = pushing.receivers[0];
+            if (isReluctant) picture.room = 0;
+            pushing.push(stream.bytes, [&] {
+                if (isReluctant) picture.ask([](auto& r) { return r.room += 2; });
+                return slice();
+            });
+            picture.ask([](auto& r) { return r.room += 1000; });
+            EXPECT_EQ(pushing.stream->CopyData(nullptr, 0), 0);
+            ASSERT_TRUE(pushing.gets(mxf_stream_ended));
+            expectSamples(pushing, stream);
+            if (!isReluctant) {
+                EXPECT_EQ(pushing.stream->Capacity(), CMxfStreamDemuxer::kQueueBytes);
+            }
+            mxfDemuxStreamClose(pushing.handle());
+            EXPECT_EQ(pushing.stream->TotalConfirmed(), std::ssize(stream.bytes));
+        }
+    }
+}
+
+TEST(StreamDemuxer, AParseThreadThatIsLateDoesNotMakeTheQueueGrow)
+{
+    const Stream stream = makeStream({}, {.units = 80, .size = 100'000});
+    Pushing pushing;
+    pushing.onEventToo = [](std::int32_t) { std::this_thread::sleep_for(std::chrono::milliseconds{100}); };
+    pushing.push(stream.bytes, [] { return std::size_t{256} << 10; });
+    ASSERT_TRUE(pushing.gets(mxf_stream_ended));
+    expectSamples(pushing, stream);
+    EXPECT_EQ(pushing.stream->Capacity(), CMxfStreamDemuxer::kQueueBytes);
+}
+
 TEST(StreamDemuxer, TwoFieldsOfAFrameAreOneSample)
 {
     const Bytes metadata = StandardFile{.pictureContainer = "06.0E.2B.34.04.01.01.0D.0D.01.03.01.02.10.60.09"}.Bytes();
