@@ -1,5 +1,6 @@
 #include "mxf/essence/MxfInterleavedParser.h"
 
+#include "mxf/Limits.h"
 #include "mxf/Status.h"
 #include "mxf/essence/Aes3Unpacking.h"
 #include "mxf/essence/EssenceKeys.h"
@@ -9,6 +10,12 @@
 #include <utility>
 
 namespace TamrelMxf {
+namespace {
+
+/// So far back the index table of a picture may be asked for others.
+constexpr std::int64_t kUnitsLookedBack = kMaxKeyFrameDistance + 256;
+
+} // namespace
 
 CMxfInterleavedParser::CMxfInterleavedParser(const SEssenceContext& context, std::vector<SEssenceTrack> tracks,
                                              bool canGoBack)
@@ -254,6 +261,7 @@ int CMxfInterleavedStreamParser::Push()
     while (result == kDelivered)
         result = CMxfInterleavedParser::Push();
     Context().input.Release(Place()); // once: what stays in the queue may be moved
+    if (Context().index != nullptr) Context().index->DropBefore(IndexSid(), Unit() - kUnitsLookedBack);
     return result;
 }
 

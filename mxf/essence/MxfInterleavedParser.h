@@ -29,6 +29,8 @@ public:
 protected:
     /// What lies in front of it was dealt with.
     std::int64_t Place() const { return reader_.Position(); }
+    /// The edit unit at hand; -1 in front of the first one.
+    std::int64_t Unit() const { return reader_.Unit(); }
     const SWalkedUnit* Walk(SLane& lane, std::int64_t unit) override;
 
 private:

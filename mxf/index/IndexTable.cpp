@@ -60,6 +60,18 @@ void CIndexTable::Add(std::unique_ptr<CMxfIndexSegment> segment, std::int64_t ra
         isSettled_ = false;
 }
 
+void CIndexTable::DropBefore(std::int64_t editUnit)
+{
+    if (constantSize_ || !isSettled_) return;
+    while (!pieces_.empty() && pieces_.begin()->second.end <= editUnit) {
+        SHeld& held = *pieces_.begin()->second.held;
+        pieces_.erase(pieces_.begin());
+        Release(held);
+        isListed_ = false;
+        coveredTo_.reset();
+    }
+}
+
 /// Takes from the segment what is known of the table as a whole.
 void CIndexTable::Measure(const CMxfIndexSegment& segment)
 {

@@ -19,6 +19,9 @@ public:
     /// \param segment  speaks of at least one edit unit, see Accepts
     /// \param rank     grows with the place in the file; a segment of the same rank is replaced
     void Add(std::unique_ptr<CMxfIndexSegment> segment, std::int64_t rank);
+    /// Drops the segments that speak of nothing but edit units in front of `editUnit`. Where sizes are constant they
+    /// are kept: what lies behind is counted from there.
+    void DropBefore(std::int64_t editUnit);
     /// True for a segment that speaks of edit units, and of such that can be counted.
     static bool Accepts(const CMxfIndexSegment& segment);
 

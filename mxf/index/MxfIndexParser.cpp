@@ -280,6 +280,11 @@ CIndexTable* CMxfIndexParser::SImpl::LoadAround(std::uint32_t indexSid, std::int
     return Known(indexSid);
 }
 
+void CMxfIndexParser::DropBefore(std::uint32_t indexSid, std::int64_t editUnit)
+{
+    if (CIndexTable* const table = impl_->Known(indexSid)) table->DropBefore(editUnit);
+}
+
 bool CMxfIndexParser::HasTable(std::uint32_t indexSid)
 {
     return impl_->LoadAny(indexSid) != nullptr;

@@ -35,6 +35,9 @@ public:
     ///   when it cannot be used
     int ImportSegment(const CKlv& klv);
     void Reset();
+    /// Drops loaded segments that only speak of edit units in front of `editUnit`: nobody will ask for those. For
+    /// streams without an end.
+    void DropBefore(std::uint32_t indexSid, std::int64_t editUnit);
 
     /// True when there is a table, loaded or waiting to be, for `indexSid`.
     bool HasTable(std::uint32_t indexSid);

@@ -37,6 +37,35 @@ std::vector<EntrySpec> steps(std::size_t count, std::uint64_t first, std::uint64
     return entries;
 }
 
+TEST(IndexTables, WhatAStreamHasPassedIsDroppedAndNothingElse)
+{
+    CMxfIndexParser parser{nullptr, {}};
+    import(parser, {{.start = 0, .duration = 3, .entries = steps(3, 0, 10)},
+                    {.start = 3, .duration = 3, .entries = steps(3, 30, 10)},
+                    {.start = 6, .duration = 3, .entries = steps(3, 60, 10)},
+                    {.start = 1,
+                     .duration = 1,
+                     .entries = steps(1, 1000, 10) }});
+    struct Case {
+        std::int64_t before, first;
+        std::size_t kept;
+    };
+    for (const Case& c : {Case{-5, 0, 4}, {2, 2, 3}, {5, 3, 2}, {6, 6, 1}, {9, -1, 0}}) {
+        SCOPED_TRACE(c.before);
+        parser.DropBefore(kSid, c.before);
+        EXPECT_EQ(parser.Segments(kSid).size(), c.kept);
+        EXPECT_EQ(parser.Find(kSid, c.first - 1), std::nullopt);
+        EXPECT_EQ(parser.Find(kSid, c.first).has_value(), c.first >= 0);
+    }
+    import(parser, {{.start = 9, .duration = 3, .entries = steps(3, 90, 10) }});
+    EXPECT_EQ(parser.Find(kSid, 11)->streamOffset, 110) << "more comes";
+
+    parser.Reset();
+    import(parser, {{.start = 0, .duration = 3, .unitSize = 100}, {.start = 3, .duration = 3, .unitSize = 10 }});
+    parser.DropBefore(kSid, 3);
+    EXPECT_EQ(parser.Find(kSid, 4)->streamOffset, 310) << "counted from the beginning";
+}
+
 TEST(IndexTables, OverlapsGoToTheLastSegment)
 {
     struct Case {
