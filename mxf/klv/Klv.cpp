@@ -12,6 +12,7 @@ namespace TamrelMxf {
 namespace {
 
 constexpr std::uint8_t kLongForm = 0x80; // alone: an indefinite length
+constexpr std::int64_t kSmallValueBytes = 4096;
 
 } // namespace
 
@@ -109,7 +110,8 @@ int CKlv::ReadValue(CMediaSource& source, std::int64_t position)
     if (source.Seek(position) != 0) return kCutShort;
     if (header_.length < 1) return kSuccess;
 
-    const std::int64_t size = source.GetSize();
+    // Of a small value the size of the source tells nothing that reading it does not.
+    const std::int64_t size = header_.length <= kSmallValueBytes ? -1 : source.GetSize();
     const std::int64_t left = size < 0 ? std::numeric_limits<std::int64_t>::max() : size - position;
     if (header_.length > left) return kCutShort;
     if (header_.length > kMaxKlvValueBytes) return kFailed;

@@ -146,11 +146,13 @@ int CPartitionScanner::ReadProbe(std::int64_t position, std::size_t count)
 bool CPartitionScanner::EnsureProbe(std::size_t end)
 {
     if (probe_.size() >= end) return true;
+    std::int64_t size = -1;
     while (probe_.size() < end) {
         // A false count in a small file must not take memory that the file cannot fill.
         const std::size_t have = probe_.size();
         const std::int64_t from = probePosition_ + static_cast<std::int64_t>(have);
-        const std::int64_t left = std::max<std::int64_t>(reader_.Source()->GetSize() - from, 0);
+        if (size < from) size = reader_.Source()->GetSize(); // it may have grown
+        const std::int64_t left = std::max<std::int64_t>(size - from, 0);
         std::size_t step = end - have;
         if (static_cast<std::uint64_t>(left) >= step)
             step = std::min(step + kProbeSlack, static_cast<std::size_t>(left));

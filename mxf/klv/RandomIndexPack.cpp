@@ -31,8 +31,8 @@ std::unique_ptr<CRandomIndexPack> CRandomIndexPack::LoadFromEnd(CMediaSource& so
     const std::int64_t size = source.GetSize();
     if (size < kShortestFile) return nullptr;
 
-    // Mostly the whole pack lies in the last bytes.
-    std::array<std::uint8_t, 512> room{};
+    // Mostly the whole pack lies in the last bytes, and the footer partition, which is read next, in the same block.
+    std::array<std::uint8_t, 4096> room;
     const auto tail = std::span{room}.first(std::min(room.size(), static_cast<std::size_t>(size)));
     const auto tailSize = static_cast<std::int64_t>(tail.size());
     if (source.Seek(size - tailSize) != 0 || source.Read(tail.data(), tail.size()) != tailSize) return nullptr;

@@ -1,5 +1,6 @@
 #include "mxf/metadata/SetTables.h"
 
+#include "mxf/labels/BigEndian.h"
 #include "mxf/metadata/SetTablesData.h"
 
 #include <algorithm>
@@ -16,9 +17,8 @@ constexpr std::uint64_t kWithoutCodingAndVersion = 0xFFFFFFFFFF00FF00;
 SRegisteredUl Split(const SUl& label)
 {
     SRegisteredUl split;
-    for (std::size_t i = 0; i < 8; ++i)
-        split.head = (split.head << 8) | label.bytes[i];
-    split.item = label.Item();
+    split.head = BigEndian64(label.bytes.data());
+    split.item = BigEndian64(label.bytes.data() + 8);
     return split;
 }
 

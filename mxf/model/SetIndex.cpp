@@ -1,17 +1,15 @@
 #include "mxf/model/SetIndex.h"
 
+#include "mxf/labels/BigEndian.h"
+
 #include <algorithm>
 #include <optional>
 
 namespace TamrelMxf {
 
-CSetIndex::SEntry::SEntry(const SUUID& uid, std::uint32_t setIndex) : index{setIndex}
-{
-    for (std::size_t i = 0; i < 8; ++i) {
-        upper = upper << 8 | uid.bytes[i];
-        lower = lower << 8 | uid.bytes[i + 8];
-    }
-}
+CSetIndex::SEntry::SEntry(const SUUID& uid, std::uint32_t setIndex)
+    : upper{BigEndian64(uid.bytes.data())}, lower{BigEndian64(uid.bytes.data() + 8)}, index{setIndex}
+{}
 
 CSetIndex::CSetIndex(const CMetadataArray& sets) : sets_{sets}, taken_(sets.Size())
 {
