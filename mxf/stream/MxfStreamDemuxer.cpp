@@ -94,6 +94,7 @@ int CMxfStreamDemuxer::Prepare(const mxf_stream_demuxer_config* config, CSnitche
     begin_ = TotalConfirmed();
     isDiscarding_ = isRefused_ = false;
     slicesToCopy_ = 0;
+    isPatient_ = true;
     return kSuccess;
 }
 
@@ -134,7 +135,10 @@ int CMxfStreamDemuxer::CopyData(unsigned char* data, int length)
     if (IsParseThread()) return kFailed;
     int result = length;
     bool isLent = false;
-    if (IsTight(length)) AwaitUse();
+    if (!IsTight(length))
+        isPatient_ = true;
+    else if (isPatient_)
+        isPatient_ = AwaitUse();
     {
         const std::lock_guard input{inputMutex_};
         if (essence_) essence_->input.Settle(); // what another thread pushes comes first
@@ -219,16 +223,18 @@ void CMxfStreamDemuxer::Drain()
 }
 
 /// The same, for as long as a parse thread may be kept from its work by others: the queue should not grow for that.
-void CMxfStreamDemuxer::AwaitUse()
+/// \return false when it took longer, which a receiver does: waiting again would hold up who pushes for nothing
+bool CMxfStreamDemuxer::AwaitUse()
 {
     const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds{kPatienceMilliseconds};
     for (int rounds = 0; IsAtWork() && std::chrono::steady_clock::now() < end; ++rounds) {
         {
             const std::unique_lock state{stateMutex_, std::try_to_lock};
-            if (state.owns_lock() && !isAwake_) return;
+            if (state.owns_lock() && !isAwake_) return true;
         }
         Pause(rounds);
     }
+    return !IsAtWork();
 }
 
 /// False when there is no parse thread that will ever use what is queued, and on that itself.

@@ -47,7 +47,7 @@ public:
     static constexpr int kWakeUpMilliseconds = 500;
     static constexpr int kLingerMicroseconds = 200;    ///< that the parse thread looks out for the next push awake
     static constexpr int kPickUpMicroseconds = 50;     ///< that a push waits for the parse thread to look at its slice
-    static constexpr int kPatienceMilliseconds = 2000; ///< that a push waits before it makes the queue grow
+    static constexpr int kPatienceMilliseconds = 1000; ///< that one push waits before the queue grows
 
     CMxfStreamDemuxer();
 
@@ -65,7 +65,7 @@ public:
     void Close() override;
     /// Queues a slice, or hands it to the pass-through callback when that takes all of it; wakes the parse thread.
     /// While that keeps up with the pushes, it is shown the slice where it lies, and only what it leaves is queued. The
-    /// queue grows only for what the parse thread cannot use yet, or does not in two seconds.
+    /// queue grows only for what the parse thread cannot use yet, or does not while one push waits for it a moment.
     /// \param data  not needed any more on return; may be null for a length of 0, which only wakes
     /// \return `length`; -5 without room in the queue, the slice is then to be pushed again later or in smaller pieces;
     ///   -1 on the parse thread; -2 for null data
@@ -119,7 +119,7 @@ private:
 
     void ParseThread();
     bool IsTight(int length);
-    void AwaitUse();
+    bool AwaitUse();
     bool IsAtWork() const;
     bool MayLend(const unsigned char* data, int length);
     void TakeBack();
@@ -151,6 +151,7 @@ private:
     std::atomic<bool> stop_{false};
     std::atomic<bool> isAwake_{false};   // a wake-up that is not used yet; used up under stateMutex_
     std::atomic<bool> isAsleep_{false};  // the parse thread has to be notified; written under stateMutex_
+    std::atomic<bool> isPatient_{true};  // a push that lacks room waits for the parse thread to make some
     std::atomic<bool> isLookedAt_{true}; // the parse thread has no use any more for the slice that it was lent
     bool isOutputWanted_ = false;        // the output was locked when it was needed; guarded by stateMutex_
     bool isDiscarding_ = false;          // the parse thread has left at the end; guarded by inputMutex_
