@@ -322,8 +322,14 @@ void CMxfDemuxer::ScanFooter(const CPartitionPack& footer)
     bytes.resize(static_cast<std::size_t>(std::max<std::int64_t>(got, 0)));
 
     const SUpdateReport report = UpdateFromFooter(model_, ReadHeaderSets(bytes));
-    const std::size_t failed = report.tracks.failed + report.sequences.failed + report.descriptors.failed;
-    if (failed > 0) logger_.LogWarning("%zu sets of the footer could not be applied", failed);
+    const auto forEach = [](std::size_t count, auto log) {
+        for (std::size_t i = 0; i < std::min(count, kMaxModelNotes); ++i)
+            log();
+    };
+    forEach(report.tracks.failed, [&] { logger_.LogError("footer scanning: cannot update track"); });
+    forEach(report.tracks.notFound, [&] { logger_.LogError("footer scanning: cannot find track in lists"); });
+    forEach(report.sequences.failed, [&] { logger_.LogError("footer scanning: cannot update sequence"); });
+    forEach(report.sequences.notFound, [&] { logger_.LogWarning("footer scanning: cannot find sequence in lists"); });
     LinkEverything();
 }
 

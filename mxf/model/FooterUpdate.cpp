@@ -41,19 +41,20 @@ template <typename Record, typename Update>
 SUpdateReport::SCount UpdateAll(CSetIndex& index, ESet base, const std::map<SUUID, Record*>& records, Update update)
 {
     SUpdateReport::SCount count;
-    std::size_t from = 0;
-    for (SSource source = index.TakeNext(base, from); source.set != nullptr; source = index.TakeNext(base, from)) {
-        const auto uid = source.set->InstanceUid();
-        const auto found = uid ? records.find(*uid) : records.end();
-        if (!uid || source.set->ItemCount() < 2) {
+    // Known ones first: they take what they own, which then is not looked for among them.
+    for (const auto& [uid, record] : records) {
+        const SSource source = index.Take(uid, base);
+        if (source.set == nullptr || source.definition == nullptr) continue;
+        if (source.set->ItemCount() < 2) {
             ++count.failed;
-        } else if (found == records.end()) {
-            ++count.notFound;
         } else {
-            update(*found->second, source);
+            update(*record, source);
             ++count.updated;
         }
     }
+    std::size_t from = 0;
+    for (SSource source = index.TakeNext(base, from); source.set != nullptr; source = index.TakeNext(base, from))
+        ++(source.set->InstanceUid() && source.set->ItemCount() > 1 ? count.notFound : count.failed);
     return count;
 }
 

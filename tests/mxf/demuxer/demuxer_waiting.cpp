@@ -131,6 +131,33 @@ TEST(GrowingFile, IsCompleteAndKnowsItsDurationOnceTheFooterIsThere)
     EXPECT_EQ(info.duration, 250);
 }
 
+TEST(GrowingFile, SaysWhichSetsOfTheFooterHaveNoPlace)
+{
+    StandardFile closed;
+    closed.more.push_back(MxfSet("TimelineTrack", 800));
+    closed.more.push_back(MxfSet("TimelineTrack", 801).U32(0x4801, 9));
+    closed.more.push_back(MxfSet("Sequence", 802));
+    closed.more.push_back(MxfSet("Sequence", 803).I64(0x0202, 9));
+    const StandardFile begun{.materialPicture = -1, .materialSound = -1, .filePicture = -1, .fileSound = -1};
+    MxfBuilder builder;
+    builder.partition({.status = 1, .bodySID = 1, .metadata = begun.Bytes()}).essence(1000);
+    Bytes written = builder.bytes;
+    FakeClock clock;
+    RecordingSnitcher sink;
+    CMxfDemuxer demuxer{clock};
+    ASSERT_EQ(demuxer.Open(std::make_unique<BorrowedSource>(written), nullptr, CLoggerT<CSnitcher>{&sink}), kSuccess);
+    sink.lines.clear();
+    written = builder.partition({.kind = 4, .metadata = closed.Bytes()}).randomIndexPack().bytes;
+    mxf_file_info info{};
+    ASSERT_EQ(demuxer.GetFileInfo(&info), kSuccess);
+    EXPECT_EQ(info.duration, 250);
+    EXPECT_THAT(sink.lines, testing::ElementsAre(testing::StartsWith("info: random index pack found"),
+                                                 "error: footer scanning: cannot update track",
+                                                 "error: footer scanning: cannot find track in lists",
+                                                 "error: footer scanning: cannot update sequence",
+                                                 "warning: footer scanning: cannot find sequence in lists"));
+}
+
 TEST(CompleteFile, WithALyingHeaderByteCountIsNotWaitedFor)
 {
     Bytes lying = CompleteFile(StandardFile{}.Bytes());
