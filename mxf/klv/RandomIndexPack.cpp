@@ -37,7 +37,8 @@ std::unique_ptr<CRandomIndexPack> CRandomIndexPack::LoadFromEnd(CMediaSource& so
     const auto tailSize = static_cast<std::int64_t>(tail.size());
     if (source.Seek(size - tailSize) != 0 || source.Read(tail.data(), tail.size()) != tailSize) return nullptr;
     const auto length = zanfcp::ByteReader{std::as_bytes(tail.last(4))}.read<std::uint32_t>();
-    if (length > size) return nullptr; // a negative place would mean the end to some sources
+    if (length > size) return nullptr;                   // a negative place would mean the end to some sources
+    if (length < SKlvHeader::kProbeSize) return nullptr; // shorter than any pack with an entry
 
     CKlv klv;
     if (length <= tail.size()) {

@@ -125,6 +125,11 @@ TEST_F(RandomIndexPack, IsFoundOnlyAtTheStatedPlaceFromTheEnd)
         {"value reaches past the end", [](Bytes& b) { b[b.size() - 48 + 19] = 0x7F; }, false},
         {"last byte cut", [](Bytes& b) { b.pop_back(); }, false},
         {"one byte behind it", [](Bytes& b) { b.push_back(0); }, false},
+        {"no entry",
+         [](Bytes& b) {
+             b.resize(b.size() - 48), putBytes(b, MxfBuilder{}.klv(kRipKey, {0, 0, 0, 24}).bytes);
+         },
+         false},
         {"file below 64 bytes", [](Bytes& b) { b.erase(b.begin(), b.end() - 48); }, false},
         {"empty", [](Bytes& b) { b.clear(); }, false},
     };
