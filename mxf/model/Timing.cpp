@@ -167,6 +167,28 @@ std::optional<STimecode> TimecodeDownTheChain(const SHeaderModel& model, const C
     return std::nullopt;
 }
 
+SMarks MarksOf(const CMxfPackage& package)
+{
+    SMarks marks{.markIn = package.markIn, .markOut = package.markOut};
+    // A second property, "Timebase Track Id", is spoken of as a stand-in; no register at hand has a label for it, so it
+    // cannot be found in a file.
+    marks.timebaseTrackId = package.timebaseReferenceTrackId.value_or(0);
+    const auto fill = [&](const std::optional<std::int64_t>& in, const std::optional<std::int64_t>& out,
+                          const std::optional<std::uint32_t>& trackId) {
+        if (!in && !out) return;
+        if (!marks.markIn) marks.markIn = in;
+        if (!marks.markOut) marks.markOut = out;
+        if (marks.timebaseTrackId == 0) marks.timebaseTrackId = trackId.value_or(0);
+    };
+    if (package.marker) fill(package.marker->markIn, package.marker->markOut, package.marker->timebaseTrackId);
+    for (const CMxfTrack& track : package.tracks) {
+        if (marks.markIn || marks.markOut) break;
+        fill(track.packageMarkIn, track.packageMarkOut, track.id);
+    }
+    if (!marks.markIn) marks.markIn = package.materialEndRelativeTime;
+    return marks;
+}
+
 } // namespace
 
 std::optional<std::int64_t> Rescale(std::int64_t value, const SRational& from, const SRational& to)
@@ -307,28 +329,12 @@ SStartTimecode FindStartTimecode(const SHeaderModel& model)
 
 SMarks FindMarks(const SHeaderModel& model)
 {
-    SMarks marks;
-    const CMxfPackage* package = model.MaterialPackage();
-    if (package == nullptr) return marks;
-    marks.markIn = package->markIn;
-    marks.markOut = package->markOut;
-    // A second property, "Timebase Track Id", is spoken of as a stand-in; no register at hand has a label for it, so it
-    // cannot be found in a file.
-    marks.timebaseTrackId = package->timebaseReferenceTrackId.value_or(0);
-    const auto fill = [&](const std::optional<std::int64_t>& in, const std::optional<std::int64_t>& out,
-                          const std::optional<std::uint32_t>& trackId) {
-        if (!in && !out) return;
-        if (!marks.markIn) marks.markIn = in;
-        if (!marks.markOut) marks.markOut = out;
-        if (marks.timebaseTrackId == 0) marks.timebaseTrackId = trackId.value_or(0);
-    };
-    if (package->marker) fill(package->marker->markIn, package->marker->markOut, package->marker->timebaseTrackId);
-    for (const CMxfTrack& track : package->tracks) {
-        if (marks.markIn || marks.markOut) break;
-        fill(track.packageMarkIn, track.packageMarkOut, track.id);
-    }
-    if (!marks.markIn) marks.markIn = package->materialEndRelativeTime;
-    return marks;
+    const CMxfPackage* material = model.MaterialPackage();
+    const SMarks own = material == nullptr ? SMarks{} : MarksOf(*material);
+    if (own.markIn || own.markOut) return own;
+    for (const CMxfPackage& package : model.packages)
+        if (const SMarks marks = MarksOf(package); marks.markIn || marks.markOut) return marks;
+    return own;
 }
 
 } // namespace TamrelMxf

@@ -77,8 +77,9 @@ struct SMarks {
     std::optional<std::int64_t> markIn, markOut;
     std::uint32_t timebaseTrackId = 0; ///< the track whose edit units they count, 0 when not stated
 };
-/// The marks of the material package: those of the package set itself, else of its marker, else of the first track that
-/// has some. The Material End Relative Times value stands in for a missing mark-in.
+/// The marks of the material package, else of the first package that has some: those of the package set itself, else of
+/// its marker, else of the first track that has some. The Material End Relative Times value stands in for a missing
+/// mark-in.
 SMarks FindMarks(const SHeaderModel& model);
 
 } // namespace TamrelMxf

@@ -254,6 +254,9 @@ TEST(Marks, StandInThreePlaces)
         {"track", package, MxfSet(track).I64(0x4B06, 7).I64(0x4B07, 8), marker, 7, 8, 4},
         {"end relative time", MxfSet(package).Dynamic(kEnd, BigEndian(11, 8)), track, marker, 11, -1, 0},
         {"an unknown position is no mark", MxfSet(package).Dynamic(kIn, Bytes(8, 0xFF)), track, marker, -1, -1, 0},
+        {"package set of a source package",
+         MxfSet("SourcePackage", 2).Package(0x4401, 2).Refs(0x4403, {10}).Dynamic(kIn, BigEndian(5, 8)), track, marker,
+         5, -1, 0},
         {"none", package, track, marker, -1, -1, 0},
     };
     for (const Case& c : cases) {
