@@ -74,7 +74,7 @@ Json pictureFacts(const SStreamFormat& format, const SDescriptor* descriptor)
         return picture == nullptr ? Json(nullptr) : labelFacts(picture->*member);
     };
     Json json;
-    json["width"] = known(format.width);
+    json["width"] = known(WidthWithoutPadding(format));
     json["height"] = known(HeightWithoutPadding(format) * (storesFields ? 2 : 1));
     json["stored"] = {{"width", known(format.width)}, {"height", known(format.height)}};
     json["displayed"] = {{"x", format.displayed.x},

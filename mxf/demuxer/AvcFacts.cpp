@@ -36,6 +36,8 @@ void Complete(SStreamFormat& format, const SAvcFormat& coded)
         format.width = coded.codedWidth;
         format.height = format.frameHeight = coded.codedHeight;
     }
+    // Some descriptors know the padded width alone.
+    if (coded.displayX == 0 && format.width == coded.codedWidth) format.sampledWidth = coded.displayWidth;
     if (format.displayed.width == 0 || format.displayed.height == 0)
         format.displayed = {.x = static_cast<std::int32_t>(coded.displayX),
                             .y = static_cast<std::int32_t>(coded.displayY),

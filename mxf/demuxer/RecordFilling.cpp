@@ -21,15 +21,25 @@ void Widen(std::string_view text, std::span<wchar_t> out)
     }
 }
 
+/// True when `stored` is `used` and what a coder adds to make whole blocks of it.
+bool FillsBlocks(std::uint64_t used, std::uint64_t stored)
+{
+    constexpr std::uint64_t kBlock = 16;
+    return used > 0 && stored == (used + kBlock - 1) / kBlock * kBlock;
+}
+
 } // namespace
+
+std::uint32_t WidthWithoutPadding(const SStreamFormat& format)
+{
+    return format.displayed.x == 0 && FillsBlocks(format.sampledWidth, format.width) ? format.sampledWidth
+                                                                                     : format.width;
+}
 
 std::uint32_t HeightWithoutPadding(const SStreamFormat& format)
 {
-    constexpr std::uint64_t kBlock = 16;
-    const std::uint64_t shown = format.displayed.height;
-    const std::uint64_t inBlocks = (shown + kBlock - 1) / kBlock * kBlock;
-    const bool isPadded = shown > 0 && format.displayed.y == 0 && format.height == inBlocks;
-    return isPadded ? format.displayed.height : format.height;
+    return format.displayed.y == 0 && FillsBlocks(format.displayed.height, format.height) ? format.displayed.height
+                                                                                          : format.height;
 }
 
 void FillRecord(mxf_stream_format& record, const SStreamFormat& format, std::int64_t startOffset, bool withExtraData)
@@ -53,7 +63,7 @@ void FillRecord(mxf_stream_format& record, const SStreamFormat& format, std::int
     record.frame_rate_code = format.frameRateCode;
     record.bit_rate = format.bitRate;
 
-    record.width = format.width;
+    record.width = WidthWithoutPadding(format);
     record.height = HeightWithoutPadding(format);
     const bool storesFields = format.height != 0 && format.frameHeight == 2 * format.height;
     record.frame_height = storesFields ? 2 * record.height : record.height;

@@ -78,7 +78,7 @@ struct mxf_stream_format {
     std::uint32_t bit_rate;        ///< bit/s
 
     // picture
-    std::uint32_t width;        ///< pixels
+    std::uint32_t width;        ///< pixels, without the padding of coders
     std::uint32_t height;       ///< lines, of one field where fields are stored apart, without the padding below 1080
     std::uint32_t frame_height; ///< the same of both fields together
     std::uint32_t stored_width;

@@ -247,6 +247,7 @@ void DescribePicture(SStreamFormat& format, const SDescriptor& descriptor)
     format.aspectRatio = picture.aspectRatio.value_or(SRational{});
     format.isInterlaced = IsInterlaced(picture);
     format.fieldDominance = format.isInterlaced ? DominanceOf(picture) : std::uint8_t{0};
+    format.sampledWidth = picture.sampledWidth.value_or(format.width);
     format.componentDepth = picture.componentDepth.value_or(0);
     format.horizontalSubsampling = picture.horizontalSubsampling.value_or(0);
     format.verticalSubsampling = picture.verticalSubsampling.value_or(format.horizontalSubsampling == 0 ? 0 : 1);

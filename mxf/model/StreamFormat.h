@@ -76,6 +76,7 @@ struct SStreamFormat {
     std::uint32_t width = 0, height = 0; ///< as stored: of field pictures the height of one field
     std::uint32_t frameHeight = 0;       ///< of both fields
     SRectangle displayed;                ///< inside the stored picture, in its lines
+    std::uint32_t sampledWidth = 0;      ///< without what a coder adds; as stored where the file does not say
     SRational aspectRatio;               ///< of the displayed picture
     bool isInterlaced = false;
     std::uint8_t fieldDominance = 0; ///< the field that comes first, 1 or 2; 0 for progressive pictures

@@ -197,6 +197,28 @@ TEST(Heights, OnlyThePaddingOfACoderIsTakenOff)
     }
 }
 
+TEST(Widths, OnlyThePaddingOfACoderIsTakenOff)
+{
+    const struct {
+        const char* name;
+        std::uint32_t stored, sampled, shown;
+        std::int32_t x;
+        std::uint32_t expected;
+    } cases[] = {
+        {"a cinema picture in blocks", 2000, 1998, 1998, 0, 1998}, {"without padding", 1998, 1998, 1998, 0, 1998},
+        {"edges that are not shown", 720, 720, 712, 0, 720},       {"edges at both sides", 720, 704, 704, 8, 720},
+        {"more than one block", 1920, 1440, 1440, 0, 1920},        {"nothing said", 1280, 0, 0, 0, 1280},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        SStreamFormat format;
+        format.width = c.stored;
+        format.sampledWidth = c.sampled;
+        format.displayed = {.x = c.x, .y = 0, .width = c.shown, .height = 1080};
+        EXPECT_EQ(WidthWithoutPadding(format), c.expected);
+    }
+}
+
 TEST(Identifications, TakeIndexesBelowTheirCount)
 {
     Opened opened{CompleteFile(StandardFile{}.Bytes())};
