@@ -78,6 +78,7 @@ std::string codeText(std::uint32_t code)
     for (int shift = 24; shift >= 0 && code != 0; shift -= 8)
         text += static_cast<char>(code >> shift & 0xFF);
     return text;
+    case EEssenceKind::ac3: return "AC-3";
 }
 
 std::string pictureCodecOfFile(const std::string& path)

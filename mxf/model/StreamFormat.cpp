@@ -141,6 +141,16 @@ void DescribeCoding(SStreamFormat& format)
         format.codecName = said->name;
     }
     const std::uint64_t item = format.coding.Item();
+    // The register knows these as payloads of AES3 alone; some writers put them on elementary streams as well.
+    if (format.essenceKind == EEssenceKind::codedInAes3 && container != nullptr && container->family == "MPEG") {
+        constexpr std::uint64_t kFirstMpeg = 0x0402020203020400, kLastMpeg = 0x0402020203020600;
+        if (item >> 8 >= kFirstMpeg >> 8 && item >> 8 <= kLastMpeg >> 8) {
+            format.essenceKind = EEssenceKind::mpegAudio;
+            format.codec = FourCC{".mp2"}.value;
+        } else if (item == 0x0402020203020100) {
+            format.essenceKind = EEssenceKind::ac3;
+        }
+    }
     const auto named =
         std::ranges::find_if(kCodecLabels, [&](const SCodecLabel& label) { return (item & label.mask) == label.item; });
     if (coding != nullptr && named != kCodecLabels.end()) format.codec = named->codec.value;
@@ -237,6 +247,7 @@ void DescribePicture(SStreamFormat& format, const SDescriptor& descriptor)
     DescribeCoding(format);
     format.width = picture.storedWidth.value_or(0);
     format.height = picture.storedHeight.value_or(0);
+    format.sampledWidth = picture.sampledWidth.value_or(format.width);
     format.frameHeight = FrameHeight(picture, format.width, format.height);
     format.displayed = {
         .x = picture.displayXOffset.value_or(0),
@@ -247,7 +258,6 @@ void DescribePicture(SStreamFormat& format, const SDescriptor& descriptor)
     format.aspectRatio = picture.aspectRatio.value_or(SRational{});
     format.isInterlaced = IsInterlaced(picture);
     format.fieldDominance = format.isInterlaced ? DominanceOf(picture) : std::uint8_t{0};
-    format.sampledWidth = picture.sampledWidth.value_or(format.width);
     format.componentDepth = picture.componentDepth.value_or(0);
     format.horizontalSubsampling = picture.horizontalSubsampling.value_or(0);
     format.verticalSubsampling = picture.verticalSubsampling.value_or(format.horizontalSubsampling == 0 ? 0 : 1);
@@ -287,10 +297,13 @@ void DescribeSound(SStreamFormat& format, const SSoundDescriptor& sound)
         format.codecName = "PCM";
     }
     if (format.essenceKind == EEssenceKind::pcm) {
-        switch (format.blockAlign / std::max(format.channelCount, 1U)) { // little-endian, SMPTE ST 382
+        constexpr std::uint64_t kAiff = 0x040202017E; // bytes 9 to 13: big-endian, where SMPTE ST 382 is little-endian
+        const bool isAiff = format.coding.Item() >> 24 == kAiff;
+        switch (format.blockAlign / std::max(format.channelCount, 1U)) {
+        case 1: format.codec = (isAiff ? FourCC{"twos"} : FourCC{"raw "}).value; break;
         case 3: format.codec = FourCC{"in24"}.value; break;
         case 4: format.codec = FourCC{"in32"}.value; break;
-        default: format.codec = FourCC{"sowt"}.value; break;
+        default: format.codec = (isAiff ? FourCC{"twos"} : FourCC{"sowt"}).value; break;
         }
     }
     if (sound.averageBytesPerSecond)

@@ -39,6 +39,7 @@ enum class EEssenceKind : std::uint8_t {
     mpegAudio = 34,
     aac = 35,
     codedInAes3 = 36, ///< SMPTE ST 337
+    ac3 = 37,         ///< ATSC A/52, as a stream of its own
     ancillary = 64,
     vbi = 65,
     timedText = 66,
@@ -75,8 +76,8 @@ struct SStreamFormat {
     // picture
     std::uint32_t width = 0, height = 0; ///< as stored: of field pictures the height of one field
     std::uint32_t frameHeight = 0;       ///< of both fields
-    SRectangle displayed;                ///< inside the stored picture, in its lines
     std::uint32_t sampledWidth = 0;      ///< without what a coder adds; as stored where the file does not say
+    SRectangle displayed;                ///< inside the stored picture, in its lines
     SRational aspectRatio;               ///< of the displayed picture
     bool isInterlaced = false;
     std::uint8_t fieldDominance = 0; ///< the field that comes first, 1 or 2; 0 for progressive pictures
