@@ -2,6 +2,7 @@
 
 #include "mxf/demuxer/MxfDemuxer.h"
 
+#include <algorithm>
 #include <array>
 
 namespace zanfcp::cli {
@@ -18,10 +19,34 @@ const CMxfUlDict& labelDictionary()
     return dict;
 }
 
+namespace {
+
+/// Labels of colour that came into the registers after the dictionary was made, by bytes 9 to 16.
+struct ColourLabel {
+    std::uint64_t item;
+    std::string_view name;
+};
+constexpr auto kColourLabels = std::to_array<ColourLabel>({
+    {0x0401010101080000, "IEC 61966-2-4 (xvYCC) Transfer Characteristic"},
+    {0x0401010101090000, "ITU-R BT.2020 Transfer Characteristic"},
+    {0x04010101010A0000, "SMPTE ST 2084 (PQ) Transfer Characteristic"},
+    {0x04010101010B0000, "ITU-R BT.2100 HLG Transfer Characteristic"},
+    {0x0401010102040000, "YCgCo Coding Equations"},
+    {0x0401010102050000, "GBR Coding Equations"},
+    {0x0401010102060000, "ITU-R BT.2020 Coding Equations"},
+    {0x0401010103040000, "ITU-R BT.2020 Color Primaries"},
+    {0x0401010103050000, "SMPTE ST 428-1 (DCDM) Color Primaries"},
+    {0x0401010103060000, "P3 D65 Color Primaries"},
+});
+
+} // namespace
+
 std::string_view labelName(const SUl& label)
 {
     if (!label.IsSmpte()) return {};
     if (const SUlEntry* entry = labelDictionary().Find(label)) return entry->name;
+    const auto colour = std::ranges::find(kColourLabels, label.Item(), &ColourLabel::item);
+    if (colour != kColourLabels.end()) return colour->name;
     const SCoding* coding = FindCoding(label);
     return coding == nullptr ? std::string_view{} : coding->name;
 }
@@ -53,6 +78,7 @@ std::string_view word(EEssenceKind kind)
     case EEssenceKind::mpegAudio: return "MPEG audio";
     case EEssenceKind::aac: return "AAC";
     case EEssenceKind::codedInAes3: return "coded in AES3";
+    case EEssenceKind::ac3: return "AC-3";
     case EEssenceKind::ancillary: return "ANC";
     case EEssenceKind::vbi: return "VBI";
     case EEssenceKind::timedText: return "timed text";
@@ -78,7 +104,6 @@ std::string codeText(std::uint32_t code)
     for (int shift = 24; shift >= 0 && code != 0; shift -= 8)
         text += static_cast<char>(code >> shift & 0xFF);
     return text;
-    case EEssenceKind::ac3: return "AC-3";
 }
 
 std::string pictureCodecOfFile(const std::string& path)
