@@ -202,7 +202,8 @@ private:
         std::string name = nameOf(klv.key);
         if (klv.IsIndefinite()) name += " (of unknown length)";
         if (!isWhole && !klv.IsIndefinite())
-            name += format(" (cut: %lld bytes are there)", static_cast<long long>(left - klv.HeaderSize()));
+            name += format(" (cut: %lld bytes are there)",
+                           static_cast<long long>(std::max<std::int64_t>(left - klv.HeaderSize(), 0)));
         say(format("%12lld  %12s  %s  %s\n", static_cast<long long>(position),
                    klv.IsIndefinite() ? "unknown" : std::to_string(klv.length).c_str(), ToText(klv.key).c_str(),
                    printable(name).c_str()));

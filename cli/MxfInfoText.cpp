@@ -203,7 +203,8 @@ std::string streamDetails(const Json& stream)
                 listed({around("at most ", gop["most"], " pictures"), around("", gop["mostBPictures"], " B pictures"),
                         gop["closed"].get<bool>() ? "closed" : "", gop["identical"].get<bool>() ? "all alike" : ""}),
                 4);
-        page.line("Coded", listed({around("profile ", picture["profile"]), around("level ", picture["level"])}), 4);
+        if (!text(stream["codec"]["name"]).starts_with("MPEG")) // the name says it
+            page.line("Coded", listed({around("profile ", picture["profile"]), around("level ", picture["level"])}), 4);
         page.line("Transfer", labelText(picture["colour"]["transfer"]), 4);
         page.line("Primaries", labelText(picture["colour"]["primaries"]), 4);
         page.line("Equations", labelText(picture["colour"]["equations"]), 4);
