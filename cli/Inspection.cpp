@@ -125,7 +125,7 @@ std::vector<std::string> fileWarnings(const InspectedFile& file)
         out.push_back(file.path + " is cut short: " + std::to_string(properties.missingBytes) +
                       " bytes are missing at its end");
     if (rate.timebase == 0)
-        out.push_back(file.path + " has no frame rate");
+        out.push_back(file.path + " has no frame rate that timecode knows: its labels are counted at 25");
     else if (!isTimecodeRate(rate))
         out.push_back(file.path + " has a rate of " + rateText(rate) +
                       " frames a second, which timecode does not know: its labels are counted at 25");
