@@ -54,8 +54,7 @@ int mxfDemuxGetDmFramework(TamrelMxf::CMxfDemuxer* demuxer, int index, mxf_dmd_f
 
 /// Makes the parser for one essence container of the file. Nothing happens when there is one.
 /// \param file  the containers (BodySIDs) of this file count from 0 in the order of their file packages; most files
-/// hold
-///   one. Streams of one container lie side by side and are delivered together.
+///   hold one. Streams of one container lie side by side and are delivered together.
 /// \return 0; -1 when the essence cannot be parsed; -4 when nothing is open; -3 for a bad index
 int mxfDemuxCreateParser(TamrelMxf::CMxfDemuxer* demuxer, int file);
 /// Releases the parser and forgets its receivers. \return 0
@@ -65,8 +64,7 @@ int mxfDemuxFreeParser(TamrelMxf::CMxfDemuxer* demuxer, int file);
 ///   member holds
 /// \param receiver  borrowed until it is removed or the parser is released; takes the samples from now on
 /// \return 0; -2 for a null receiver; -4 when nothing is open; -3 for bad indexes, without a parser, and for a stream
-/// that
-///   has a receiver
+///   that has a receiver
 int mxfDemuxAddStream(TamrelMxf::CMxfDemuxer* demuxer, int file, int stream, SMediaStream* receiver);
 /// \return 0; -4 when nothing is open; -3 for bad indexes, without a parser, and for a stream without a receiver
 int mxfDemuxRemoveStream(TamrelMxf::CMxfDemuxer* demuxer, int file, int stream);

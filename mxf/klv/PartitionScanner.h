@@ -75,8 +75,7 @@ public:
     /// Reads the header partition again, which a writer may have filled in since: mostly when it closed the file. Never
     /// waits.
     /// \return true when there is other header metadata than before: that of the header partition, unless better one
-    /// was
-    ///   found elsewhere already
+    ///   was found elsewhere already
     bool RefreshHeader();
 
     /// The first partition pack of the file; null before it is found.
