@@ -1,6 +1,7 @@
 #include "mxf/essence/AvcPictureOrder.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace TamrelMxf {
 
@@ -9,28 +10,48 @@ CAvcPictureOrder::CAvcPictureOrder(std::span<const std::uint8_t> extraData)
     if (!extraData.empty()) (void)analyser_.SetExtraData(extraData); // the stream may have its own as well
 }
 
+/// The frame of a count: of two fields that are counted one by one, both are in the same.
+std::int64_t CAvcPictureOrder::FromAnchor(std::int32_t count) const
+{
+    const std::int64_t distance = std::int64_t{count} - anchor_->count;
+    const bool isHalf = distance < 0 && distance % step_ != 0;
+    return anchor_->displayed + distance / step_ - (isHalf ? 1 : 0);
+}
+
+/// Whether a decoder could show the picture there: false when counting has begun anew unseen.
+bool CAvcPictureOrder::IsPlausible(std::int64_t displayed, std::int64_t stored) const
+{
+    constexpr std::int64_t kMostAhead = 16; // frames that a decoder holds at most
+    return displayed >= stored - delay_ && displayed <= stored + kMostAhead;
+}
+
 std::optional<SPicturePlace> CAvcPictureOrder::Describe(std::span<const std::uint8_t> picture, std::int64_t stored)
 {
     SAvcPicture found;
+    const auto known = std::exchange(known_, std::nullopt);
+    const bool isBehindGap = std::exchange(next_, stored + 1) != stored;
     (void)analyser_.Analyse(picture, found);
     if (found.isDamaged) return std::nullopt;
     delay_ = std::max<std::int64_t>(delay_, found.reorderFrames);
-    if (found.startsSequence) sequenceStart_ = stored;
-    SPicturePlace place{.displayed = sequenceStart_, .isKey = found.isKeyFrame};
-    if (found.reorderFrames == 0) {
+    const std::int32_t count = found.order.Count();
+    if (count % 2 != 0 && found.coding != EAvcCoding::bottomField) step_ = 1;
+    if (isBehindGap && anchor_ && !IsPlausible(FromAnchor(count), stored)) anchor_.reset();
+    // A picture that decoding can start from also begins the counting where nothing in front of it is known.
+    if (found.startsSequence || (!anchor_ && (known || found.isKeyFrame)))
+        anchor_ = {.displayed = found.startsSequence ? stored : known.value_or(stored), .count = count};
+    SPicturePlace place{.displayed = std::nullopt, .isKey = found.isKeyFrame};
+    if (found.reorderFrames == 0)
         place.displayed = stored;
-    } else if (place.displayed) {
-        const std::int32_t count = found.order.Count();
-        if (count % 2 != 0 && found.coding != EAvcCoding::bottomField) step_ = 1;
-        *place.displayed += count / step_;
-    }
+    else if (anchor_)
+        place.displayed = FromAnchor(count);
     return place;
 }
 
-void CAvcPictureOrder::Restart()
+void CAvcPictureOrder::Restart(std::optional<std::int64_t> displayed)
 {
     analyser_.Restart(0);
-    sequenceStart_.reset();
+    anchor_.reset();
+    known_ = displayed;
 }
 
 } // namespace TamrelMxf

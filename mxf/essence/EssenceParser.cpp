@@ -123,7 +123,6 @@ CEssenceParser::STimes CEssenceParser::TimesOf(SLane& lane, std::int64_t unit, s
         }
     } else if (lane.order != nullptr && !bytes.empty()) {
         if (lane.ordered != unit) {
-            if (lane.ordered != unit - 1) lane.order->Restart();
             lane.described = lane.order->Describe(bytes, unit).value_or(SPicturePlace{.displayed = unit});
             lane.ordered = unit;
         }
@@ -235,7 +234,7 @@ void CEssenceParser::Interrupt()
     for (SLane& lane : lanes_) {
         lane.expected = -1;
         lane.ordered = -1;
-        if (lane.order) lane.order->Restart();
+        if (lane.order) lane.order->Restart(std::nullopt);
     }
 }
 

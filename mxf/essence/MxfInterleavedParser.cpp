@@ -194,11 +194,11 @@ void CMxfInterleavedParser::Prime(std::int64_t unit)
 {
     const auto lane = std::ranges::find_if(Lanes(), [](const SLane& any) { return any.order != nullptr; });
     if (lane == Lanes().end() || FindOrdered(*lane, unit) || Walk(*lane, unit) == nullptr) return;
-    const std::int64_t key = Walked().KeyFrameOf(unit);
+    const SWalkedUnit key = *Walked().Find(Walked().KeyFrameOf(unit));
+    lane->order->Restart(key.unit + key.shift);
     CPackageReader reader = reader_;
     reader.Silence();
-    reader.GoTo(
-        {.unit = key, .position = Walked().Find(key)->position, .streamOffset = Walked().Find(key)->streamOffset});
+    reader.GoTo({.unit = key.unit, .position = key.position, .streamOffset = key.streamOffset});
     while (reader.Next() == EStep::found) {
         if (reader.BeginsPackage()) {
             if (reader.Unit() + 1 >= unit) return;

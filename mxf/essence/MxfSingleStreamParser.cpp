@@ -243,7 +243,9 @@ int CMxfSingleStreamParser::Seek(mxf_dmuxer_seek& seek)
     Interrupt();
     if (lane->order != nullptr && !FindOrdered(*lane, unit) && Walk(*lane, unit) != nullptr) {
         // What the pictures in front say is needed for those behind.
-        for (std::int64_t before = Walked().KeyFrameOf(unit); before < unit; ++before) {
+        const SWalkedUnit key = *Walked().Find(Walked().KeyFrameOf(unit));
+        lane->order->Restart(key.unit + key.shift);
+        for (std::int64_t before = key.unit; before < unit; ++before) {
             SSpan head;
             if (Locate(*lane, before, before + 1, head) != EStep::found) break;
             const auto count = static_cast<std::size_t>(std::min<std::int64_t>(head.end - head.begin, 64 << 10));

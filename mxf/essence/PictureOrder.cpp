@@ -4,6 +4,8 @@
 #include "mxf/essence/AvcPictureOrder.h"
 #include "mxf/essence/MpegPictureOrder.h"
 
+#include <utility>
+
 namespace TamrelMxf {
 
 CPictureOrder::~CPictureOrder() = default;
@@ -13,7 +15,8 @@ std::optional<SPicturePlace> CMpegPictureOrder::Describe(std::span<const std::ui
     constexpr std::uint8_t kPicture = 0x00, kExtension = 0xB5, kGroup = 0xB8;
     constexpr std::uint8_t kSequenceExtension = 1;
     constexpr unsigned kIntra = 1;
-    constexpr std::size_t kNeeded = 3 + 7; // a start code and what is looked at behind it
+    constexpr std::size_t kNeeded = 3 + 7;                               // a start code and what is looked at behind it
+    if (std::exchange(next_, stored + 1) != stored) groupStart_.reset(); // the one of another group may be lost
     for (std::size_t at = FindStartCode(picture, 0); at + kNeeded <= picture.size();
          at = FindStartCode(picture, at + 3)) {
         const std::uint8_t* const code = picture.data() + at + 3;

@@ -26,13 +26,15 @@ public:
     CPictureOrder& operator=(const CPictureOrder&) = delete;
 
     /// \param picture  the coded bytes of an edit unit
-    /// \param stored   its number, one more than that of the last call unless Restart came in between
+    /// \param stored   its number, above that of the last call unless Restart came in between; those that were left
+    ///   out are lost
     /// \return nothing when no header of a picture is found
     virtual std::optional<SPicturePlace> Describe(std::span<const std::uint8_t> picture, std::int64_t stored) = 0;
     /// How far stored order runs ahead of display order at most, in pictures; asked after the first Describe.
     virtual std::int64_t Delay() const = 0;
     /// What comes next does not follow what was described.
-    virtual void Restart() = 0;
+    /// \param displayed  where the next picture is shown, when that is known from elsewhere
+    virtual void Restart(std::optional<std::int64_t> displayed) = 0;
 
 protected:
     CPictureOrder() = default;

@@ -47,6 +47,8 @@ const Made kMade[] = {
     {"MpegPiped", PICTURE SOUND "-c:v mpeg2video -g 12 -bf 2 -c:a pcm_s16le -f mxf", true},
     {"MpegIntra", PICTURE "-c:v mpeg2video -g 1 -f mxf"},
     {"Avc", PICTURE SOUND "-c:v libx264 -bf 2 -g 12 -c:a pcm_s16le -shortest -f mxf", false, true},
+    {"AvcOpenGop", PICTURE "-c:v libx264 -bf 3 -x264-params open-gop=1:keyint=12:min-keyint=12:slices=2 -f mxf", false,
+     true},
     {"Vc3WithSound24", HIGH SOUND "-c:v dnxhd -b:v 120M -pix_fmt yuv422p -c:a pcm_s24le -shortest -f mxf"},
     {"ProRes", HIGH "-c:v prores -profile:v 2 -f mxf"},
     {"Jpeg2000", PICTURE "-c:v jpeg2000 -f mxf"},
@@ -226,6 +228,43 @@ TEST_P(RealEssence, SeekingDeliversWhatPlayingDoes)
             EXPECT_EQ(seeking.After(stream, end, mxf_seek_exact | mxf_seek_stored), nullptr);
             EXPECT_EQ(seeking.After(stream, -1, mxf_seek_exact | mxf_seek_stored), nullptr);
         }
+    }
+}
+
+/// Groups that never begin the count of their pictures anew, as those of broadcasters do.
+TEST(OpenGroupsOfAvc, KeepTheirOrderBehindACutAndBehindDamage)
+{
+    const TempFolder folder;
+    const std::string path = folder.file("a.mxf"), behind = folder.file("b.mxf");
+    if (!succeeds("ffmpeg -nostdin -y " PICTURE
+                  "-c:v libx264 -bf 3 -x264-params open-gop=1:keyint=12:min-keyint=12 -f mxf " +
+                  path) ||
+        !succeeds("ffmpeg -nostdin -y -ss 0.5 -i " + path + " -c copy -f mxf " + behind))
+        GTEST_SKIP() << "no ffmpeg with this encoder";
+    Playing playing{path};
+    ASSERT_EQ(playing.PlayAll(), kEnded);
+    const std::vector<Taken>& all = playing.streams[0].taken;
+
+    Playing cut{behind};
+    ASSERT_EQ(cut.PlayAll(), kEnded);
+    const std::vector<Taken>& rest = cut.streams[0].taken;
+    ASSERT_GT(rest.size(), 20U);
+    ASSERT_LT(rest.size(), all.size());
+    const std::size_t from = all.size() - rest.size();
+    for (std::size_t i = 0; i < rest.size(); ++i)
+        EXPECT_EQ(rest[i].sample.pts, all[from + i].sample.pts - all[from].sample.pts) << i;
+
+    for (const std::size_t lost : {std::size_t{5}, from, all.size() - 6}) {
+        SCOPED_TRACE(lost);
+        const std::string content = readFile(path);
+        std::vector<std::uint8_t> bytes{content.begin(), content.end()};
+        std::fill_n(bytes.begin() + all[lost].sample.position - 20, 16, std::uint8_t{0});
+        Playing damaged{std::move(bytes)};
+        ASSERT_EQ(damaged.PlayAll(), kEnded);
+        const std::vector<Taken>& left = damaged.streams[0].taken;
+        ASSERT_EQ(left.size(), all.size() - 1);
+        for (std::size_t i = 0; i < left.size(); ++i)
+            EXPECT_EQ(left[i].sample.pts, all[i < lost ? i : i + 1].sample.pts) << i;
     }
 }
 
