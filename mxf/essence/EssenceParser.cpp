@@ -97,13 +97,37 @@ std::optional<SIndexedUnit> CEssenceParser::FindOrdered(const SLane& lane, std::
 {
     auto indexed = FindIndexed(unit);
     if (!indexed || lane.order == nullptr) return indexed;
-    if (!isOrderIndexed_) {
-        // Not in the standard: some writers leave the order of AVC pictures out of their tables.
-        const SStreamFormat& format = lane.track.format;
-        const bool isLeftOut = format.essenceKind == EEssenceKind::avc && format.reorderDepth != 0;
-        isOrderIndexed_ = !isLeftOut || context_.index->ReorderDelay(IndexSid()) > 0;
+    const SStreamFormat& format = lane.track.format;
+    if (!isOrderIndexed_ && format.essenceKind == EEssenceKind::avc)
+        isOrderIndexed_ = format.reorderDepth == 0 || context_.index->ReorderDelay(IndexSid()) > 0;
+    return isOrderIndexed_.value_or(true) ? indexed : std::nullopt;
+}
+
+/// Nothing in a stream of MPEG promises that pictures are moved: where the table moves none, although some depend on
+/// others, the first ones are looked at.
+void CEssenceParser::LearnOrder(std::int64_t unit)
+{
+    constexpr std::int64_t kReach = 16, kFirst = 16; // pictures, about a group
+    const auto isMpeg = [](const SLane& lane) { return lane.track.format.essenceKind == EEssenceKind::mpegPicture; };
+    const auto lane = std::ranges::find_if(lanes_, isMpeg);
+    if (isOrderIndexed_ || lane == lanes_.end() || lane->order == nullptr) return;
+    if (learntAt_ && unit >= *learntAt_ - kReach && unit <= *learntAt_ + kReach) return;
+    learntAt_ = unit;
+    bool isEachKey = true;
+    for (std::int64_t near = std::max<std::int64_t>(unit - kReach, 0); near < unit + 2 * kReach; ++near) {
+        const auto indexed = FindIndexed(near);
+        if (!indexed) continue;
+        isEachKey = isEachKey && indexed->isKey;
+        if (indexed->entry.temporalOffset == 0) continue;
+        isOrderIndexed_ = true;
+        return;
     }
-    return *isOrderIndexed_ ? indexed : std::nullopt;
+    if (isEachKey || !context_.input.IsComplete()) return;
+    isOrderIndexed_ = true;
+    if (context_.index->ReorderDelay(IndexSid()) > 0) return;
+    (void)Walk(*lane, kFirst - 1);
+    for (std::int64_t first = 0; first < std::min(kFirst, walked_.Count()); ++first)
+        if (walked_.Find(first)->shift != 0) isOrderIndexed_ = false;
 }
 
 CEssenceParser::STimes CEssenceParser::TimesOf(SLane& lane, std::int64_t unit, std::span<const std::uint8_t> bytes)
@@ -143,6 +167,7 @@ void CEssenceParser::Note(SWalkedUnit& met, std::int64_t unit, const std::option
 std::int64_t CEssenceParser::StoredAt(SLane& lane, std::int64_t displayed)
 {
     if (!lane.isReordered || displayed < 0) return displayed;
+    LearnOrder(displayed);
     if (FindOrdered(lane, displayed)) {
         const auto stored = context_.index->StoredAt(IndexSid(), displayed);
         if (stored) return *stored;

@@ -114,10 +114,12 @@ protected:
     std::int64_t ToContainer(const SLane& lane, std::int64_t editUnit);
 
     std::optional<SIndexedUnit> FindIndexed(std::int64_t unit) const;
-    /// FindIndexed where the table tells the order of the pictures as well. One that never moves an AVC picture,
-    /// although the stream allows it, may just leave that out, as some writers do: then the pictures themselves are
-    /// asked.
+    /// FindIndexed where the table tells the order of the pictures as well. Not in the standard: some writers leave
+    /// that out. Where the table never moves a picture although the stream does, the pictures themselves are asked.
     std::optional<SIndexedUnit> FindOrdered(const SLane& lane, std::int64_t unit);
+    /// Finds out whether FindOrdered is to trust the table for MPEG. To be called in front of it while no sample is
+    /// held, since it looks at the essence. \param unit  one that is asked for
+    void LearnOrder(std::int64_t unit);
     /// \param bytes  of the sample; empty when only the index tables can tell
     STimes TimesOf(SLane& lane, std::int64_t unit, std::span<const std::uint8_t> bytes);
     /// The unit as a walk from the beginning of the container on meets it, noted in Walked(): for what no index table
@@ -153,7 +155,8 @@ private:
     CWalkedUnits walked_;
     SRational rate_; // fixed by the first question
     std::optional<bool> isOrderIndexed_;
-    std::optional<std::int64_t> delay_; // fixed by the first sample
+    std::optional<std::int64_t> learntAt_; // the unit that LearnOrder looked around
+    std::optional<std::int64_t> delay_;    // fixed by the first sample
 };
 
 /// The parser for the essence of one BodySID, chosen from operational pattern, container labels, wrapping and, where

@@ -95,6 +95,7 @@ int CMxfInterleavedParser::Push()
     bool delivered = false;
     bool isPassing = false; // something of the package at hand was met
     const bool isHeard = std::ranges::any_of(Lanes(), [](const SLane& lane) { return lane.receiver != nullptr; });
+    LearnOrder(std::max<std::int64_t>(reader_.Unit(), 0));
     for (;;) {
         EStep step = reader_.Next();
         const bool isOver = step == EStep::end || (step == EStep::found && reader_.BeginsPackage());
@@ -224,6 +225,7 @@ int CMxfInterleavedParser::Seek(mxf_dmuxer_seek& seek)
         field.position = -1;
     served_ = 0;
     Interrupt();
+    LearnOrder(unit);
     Prime(unit);
     seek.edit_unit = ToLane(*lane, unit);
     seek.file_position = place->position;
@@ -239,6 +241,7 @@ int CMxfInterleavedParser::GetSampleInfo(std::int64_t editUnit, mxf_sample_info&
     const bool isEndless = indexed && !Context().index->CoveredUnits(IndexSid());
     const bool isBeyond = isEndless && Context().partitions.TranslateOffset(indexed->streamOffset, BodySid()) < 0;
     if (editUnit < 0 || isBeyond) return kNoSuchItem;
+    LearnOrder(unit);
     const bool isKnown = indexed && (!lane->isReordered || FindOrdered(*lane, unit));
     const SWalkedUnit* const walked = isKnown ? nullptr : Walk(*lane, unit);
     if (!indexed && walked == nullptr) return kNoSuchItem;

@@ -186,6 +186,7 @@ int CMxfSingleStreamParser::Push()
     bool delivered = false;
     bool isHeard = false;
     EStep worst = EStep::end;
+    LearnOrder(step_);
     for (; nextLane_ < Lanes().size(); ++nextLane_) {
         SLane& lane = Lanes()[nextLane_];
         if (lane.receiver == nullptr) continue;
@@ -241,6 +242,7 @@ int CMxfSingleStreamParser::Seek(mxf_dmuxer_seek& seek)
     step_ = step;
     nextLane_ = 0;
     Interrupt();
+    LearnOrder(unit);
     if (lane->order != nullptr && !FindOrdered(*lane, unit) && Walk(*lane, unit) != nullptr) {
         // What the pictures in front say is needed for those behind.
         const SWalkedUnit key = *Walked().Find(Walked().KeyFrameOf(unit));
@@ -264,6 +266,7 @@ int CMxfSingleStreamParser::GetSampleInfo(std::int64_t editUnit, mxf_sample_info
     if (lane == nullptr) return kOutOfRange;
     SSpan span;
     if (editUnit < 0 || Locate(*lane, editUnit, editUnit + 1, span) != EStep::found) return kNoSuchItem;
+    LearnOrder(editUnit);
     STimes times = TimesOf(*lane, editUnit, {});
     const auto indexed = FindIndexed(editUnit);
     const bool isKnown = !lane->isReordered || FindOrdered(*lane, editUnit);

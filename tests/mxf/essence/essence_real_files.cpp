@@ -177,14 +177,15 @@ TEST_P(RealEssence, PicturesAreShownInTheOrderOfADecoder)
         EXPECT_LT(taken[i - 1].sample.dts, taken[i].sample.dts);
 }
 
+const std::vector<std::uint8_t> kIndexSegment{0x06, 0x0E, 0x2B, 0x34, 0x02, 0x53, 0x01, 0x01,
+                                              0x0D, 0x01, 0x02, 0x01, 0x01, 0x10, 0x01, 0x00};
+
 /// Turns all index table segments into KLVs that mean nothing to anyone.
 std::vector<std::uint8_t> WithoutIndex(const std::string& content)
 {
     std::vector<std::uint8_t> bytes{content.begin(), content.end()};
-    const std::vector<std::uint8_t> key{0x06, 0x0E, 0x2B, 0x34, 0x02, 0x53, 0x01, 0x01,
-                                        0x0D, 0x01, 0x02, 0x01, 0x01, 0x10, 0x01, 0x00};
-    for (auto at = bytes.begin(); (at = std::search(at, bytes.end(), key.begin(), key.end())) != bytes.end(); ++at)
-        *(at + 13) = 0x7E;
+    while (const auto found = std::ranges::search(bytes, kIndexSegment))
+        *(found.begin() + 13) = 0x7E;
     return bytes;
 }
 
@@ -227,6 +228,44 @@ TEST_P(RealEssence, SeekingDeliversWhatPlayingDoes)
             const std::int64_t end = all.back().sample.edit_unit + all.back().sample.duration;
             EXPECT_EQ(seeking.After(stream, end, mxf_seek_exact | mxf_seek_stored), nullptr);
             EXPECT_EQ(seeking.After(stream, -1, mxf_seek_exact | mxf_seek_stored), nullptr);
+        }
+    }
+}
+
+/// Tables as some writers make them: they lead to each picture and move none.
+TEST(OrderOfMpeg, IsReadFromThePicturesWhereTheIndexLeavesItOut)
+{
+    const TempFolder folder;
+    const std::string path = folder.file("a.mxf");
+    ASSERT_TRUE(succeeds("ffmpeg -nostdin -y " PICTURE SOUND "-c:v mpeg2video -g 12 -bf 2 -f mxf " + path));
+    const std::string content = readFile(path);
+    std::vector<std::uint8_t> bytes{content.begin(), content.end()};
+    const std::vector<std::uint8_t> entries{0x3F, 0x0A};
+    const auto segment = std::ranges::search(bytes, kIndexSegment).begin();
+    const auto at = std::ranges::search(segment, bytes.end(), entries.begin(), entries.end()).begin();
+    ASSERT_NE(at, bytes.end());
+    const auto number = [&at](int from) { return std::size_t{at[from]} << 8 | at[from + 1]; };
+    const std::size_t count = number(6), size = number(10);
+    ASSERT_EQ(number(2), 8 + count * size);
+    for (std::size_t i = 0; i < count; ++i)
+        at[static_cast<std::ptrdiff_t>(12 + i * size)] = 0;
+
+    Playing whole{path}, played{bytes};
+    ASSERT_EQ(whole.PlayAll(), kEnded);
+    ASSERT_EQ(played.PlayAll(), kEnded);
+    const std::vector<Taken>& all = whole.streams[0].taken;
+    ASSERT_EQ(played.streams[0].taken.size(), all.size());
+    for (std::size_t i = 0; i < all.size(); ++i) {
+        SCOPED_TRACE(i);
+        EXPECT_EQ(played.streams[0].taken[i].sample.pts, all[i].sample.pts);
+        EXPECT_EQ(played.streams[0].taken[i].sample.dts, all[i].sample.dts);
+        for (const int stream : {0, 1}) { // the pictures follow the sound as well
+            Playing seeking{bytes};
+            const Taken* const found = seeking.After(stream, all[i].sample.pts, mxf_seek_exact);
+            ASSERT_NE(found, nullptr);
+            ASSERT_FALSE(seeking.streams[0].taken.empty());
+            const mxf_sample& picture = seeking.streams[0].taken.front().sample;
+            EXPECT_EQ(picture.pts, all.at(static_cast<std::size_t>(picture.edit_unit)).sample.pts);
         }
     }
 }
