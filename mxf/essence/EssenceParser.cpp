@@ -180,7 +180,8 @@ std::int64_t CEssenceParser::StoredAt(SLane& lane, std::int64_t displayed)
 std::int64_t CEssenceParser::KeyFrameOf(SLane& lane, std::int64_t unit)
 {
     if (!lane.isReordered) return unit;
-    if (const auto indexed = FindIndexed(unit)) return indexed->keyFrame;
+    // A table without the order does not know of pictures that are shown before the key frame in front of them.
+    if (const auto ordered = FindOrdered(lane, unit)) return ordered->keyFrame;
     return Walk(lane, unit) == nullptr ? unit : walked_.KeyFrameOf(unit);
 }
 
@@ -193,7 +194,9 @@ std::int64_t CEssenceParser::TargetOf(SLane& lane, const mxf_dmuxer_seek& seek)
     if (editUnit < 0 || editUnit > kMost) return -1;
     std::int64_t unit = ToContainer(lane, editUnit);
     if (!isStored) unit = StoredAt(lane, unit);
-    return (seek.flags & mxf_seek_key_frame) != 0 && unit >= 0 ? KeyFrameOf(lane, unit) : unit;
+    if (unit < 0 || (seek.flags & mxf_seek_key_frame) == 0) return unit;
+    LearnOrder(unit);
+    return KeyFrameOf(lane, unit);
 }
 
 CEssenceParser::SPlayed CEssenceParser::PlayedAt(const SLane& lane, const SPiece& piece, const STimes& times)

@@ -247,16 +247,21 @@ TEST(OrderOfMpeg, IsReadFromThePicturesWhereTheIndexLeavesItOut)
     const auto number = [&at](int from) { return std::size_t{at[from]} << 8 | at[from + 1]; };
     const std::size_t count = number(6), size = number(10);
     ASSERT_EQ(number(2), 8 + count * size);
-    for (std::size_t i = 0; i < count; ++i)
-        at[static_cast<std::ptrdiff_t>(12 + i * size)] = 0;
+    for (std::size_t i = 0; i < count; ++i) {
+        const auto entry = at + static_cast<std::ptrdiff_t>(12 + i * size);
+        entry[0] = entry[1] = 0;
+        entry[2] = (entry[2] & 3U) == 0 ? 0x80 : 0x20; // a picture that is decoded alone, or any other
+    }
 
     Playing whole{path}, played{bytes};
     ASSERT_EQ(whole.PlayAll(), kEnded);
     ASSERT_EQ(played.PlayAll(), kEnded);
     const std::vector<Taken>& all = whole.streams[0].taken;
     ASSERT_EQ(played.streams[0].taken.size(), all.size());
+    std::size_t key = 0;
     for (std::size_t i = 0; i < all.size(); ++i) {
         SCOPED_TRACE(i);
+        if ((all[i].sample.flags & mxf_sample_key) != 0) key = i;
         EXPECT_EQ(played.streams[0].taken[i].sample.pts, all[i].sample.pts);
         EXPECT_EQ(played.streams[0].taken[i].sample.dts, all[i].sample.dts);
         for (const int stream : {0, 1}) { // the pictures follow the sound as well
@@ -267,6 +272,13 @@ TEST(OrderOfMpeg, IsReadFromThePicturesWhereTheIndexLeavesItOut)
             const mxf_sample& picture = seeking.streams[0].taken.front().sample;
             EXPECT_EQ(picture.pts, all.at(static_cast<std::size_t>(picture.edit_unit)).sample.pts);
         }
+        Playing seeking{bytes};
+        ASSERT_NE(seeking.After(0, all[i].sample.pts, mxf_seek_key_frame), nullptr);
+        EXPECT_TRUE(seeking.streams[0].taken.front().sample.flags & mxf_sample_key);
+        if (all[i].sample.pts < all[key].sample.pts) // it needs the group before as well
+            EXPECT_LT(seeking.seek.edit_unit, static_cast<std::int64_t>(key));
+        else
+            EXPECT_EQ(seeking.seek.edit_unit, static_cast<std::int64_t>(key));
     }
 }
 
