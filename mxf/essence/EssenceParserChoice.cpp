@@ -21,6 +21,14 @@ struct SLook {
     bool isPlain = true;    // an element of D-10 sound holds more than samples
 };
 
+/// False for an element whose length leads to what is no key: one that grows, or is damaged.
+bool IsFollowedByKey(CEssenceInput& input, const SEssenceKlv& klv)
+{
+    const auto next = input.Peek(klv.End(), SUl::kSize);
+    if (next.size() == SUl::kSize) return SUl::From(next.data()).IsSmpte();
+    return !input.IsComplete() || klv.End() <= input.Size();
+}
+
 /// Looks at the beginning of a container, until one of its streams has a second element.
 /// \return true when that is all there is
 bool LookAt(const SEssenceContext& context, std::span<const SEssenceTrack> tracks, std::vector<SLook>& looks)
@@ -40,7 +48,8 @@ bool LookAt(const SEssenceContext& context, std::span<const SEssenceTrack> track
         if (step != CEssenceWalker::EStep::found) return step == CEssenceWalker::EStep::end;
         const SEssenceKlv& klv = walker.Klv();
         const auto lane = klv.isSystem ? std::nullopt : match.Find(klv.key);
-        if (lane) {
+        // Beside other streams, one damaged length must not make all of them something else.
+        if (lane && (tracks.size() == 1 || IsFollowedByKey(present, klv))) {
             SLook& look = looks[*lane];
             look.isPlain = klv.key.bytes[12] != 0x06;
             if (++look.elements == 2) return false;

@@ -104,6 +104,8 @@ CEssenceWalker::EStep CEssenceWalker::Next()
         } else if (header.key.MatchesAnyVersion(Keys::kIndexTableSegment)) {
             step = TakeIndex(header);
         } else {
+            // Between elements nothing but fill is usual: this may be one whose key is damaged.
+            isBehindDamage_ = isBehindDamage_ || (IsInContainer() && base_ >= 0 && !Keys::IsFill(header.key));
             StepOver(header);
         }
         if (step == EStep::end) isEnd_ = true;

@@ -28,8 +28,10 @@ CPackageReader::EStep CPackageReader::Next()
     judged_ = Klv().position;
     begins_ = IsNewPackage();
     next_ = unit_ + 1;
-    if (!walker_.TakeDamage() || context_->index == nullptr || unit_ < 0) return step;
-    // Behind damage the index tables know how many packages were lost.
+    // Behind damage the index tables know how many packages were lost. So they do of an element that no package had
+    // before: its key may be damaged.
+    const bool isStrange = unit_ > 0 && Rank(EssenceKeys::NumberOf(Klv().key)) == order_.size();
+    if ((!walker_.TakeDamage() && !isStrange) || context_->index == nullptr || unit_ < 0) return step;
     const auto known = context_->index->UnitAtOffset(indexSid_, Klv().streamOffset);
     const bool isPossible = known && *known >= unit_ && *known <= Klv().streamOffset / kShortestPackage;
     if (!isPossible) return step;

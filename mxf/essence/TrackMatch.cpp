@@ -35,8 +35,13 @@ std::optional<std::size_t> CTrackMatch::Find(const SUl& key)
     const auto known = std::ranges::find(known_, number, [](const auto& entry) { return entry.first; });
     if (known != known_.end()) return known->second;
     if (known_.size() >= kMostElements) return std::nullopt;
-    known_.emplace_back(number, Search(key));
-    return known_.back().second;
+    const auto exact = std::ranges::find(tracks_, number, &STrack::number);
+    if (exact == tracks_.end()) return known_.emplace_back(number, Search(key)).second;
+    // Whoever took its place before had a damaged key.
+    const auto track = static_cast<std::size_t>(exact - tracks_.begin());
+    for (auto& entry : known_)
+        if (entry.second == track) entry.second.reset();
+    return known_.emplace_back(number, track).second;
 }
 
 std::optional<std::size_t> CTrackMatch::Search(const SUl& key) const
@@ -53,7 +58,7 @@ std::optional<std::size_t> CTrackMatch::Search(const SUl& key) const
         return found;
     };
     // Byte 14 counts the elements of the item and is wrong in some files; byte 16 may not be filled in.
-    for (const std::uint32_t mask : {0xFFFFFFFFU, 0xFF00FFFFU, 0xFF00FF00U}) {
+    for (const std::uint32_t mask : {0xFF00FFFFU, 0xFF00FF00U}) {
         const auto found = only([&](const STrack& track) { return ((track.number ^ number) & mask) == 0; });
         if (found) return found;
     }

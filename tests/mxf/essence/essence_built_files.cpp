@@ -232,6 +232,62 @@ TEST(Damage, CostsTheDamagedSamplesAndIsReportedOnce)
     }
 }
 
+/// Without system items nothing but the index tells of an element whose key became another one.
+TEST(Damage, OfAKeyThatStaysAKeyShiftsNoOther)
+{
+    constexpr std::size_t kUnitBytes = 20 + 320;
+    for (const std::size_t at : {5U, 8U, 12U, 14U}) { // no element, no such item, another kind, another number
+        for (const std::size_t damaged : {2U, 5U}) {
+            SCOPED_TRACE(testing::Message() << "byte " << at << " of unit " << damaged);
+            Built built;
+            built.footerIndex = IndexSegment({.unitBytes = kUnitBytes});
+            built.essence = [&](MxfBuilder& file) {
+                for (std::uint8_t seed = 0; seed < 6; ++seed) {
+                    Bytes key = kPictureElement;
+                    if (seed == damaged) key[at] ^= 0x20;
+                    file.klv(key, Value(320, seed));
+                }
+            };
+            Playing playing{built.File()};
+            EXPECT_EQ(playing.PlayAll(), kEnded);
+            for (const Taken& one : playing.streams[kPictures].taken)
+                EXPECT_EQ(one.bytes.front(), one.sample.edit_unit);
+            EXPECT_GE(playing.streams[kPictures].taken.size(), 5U);
+        }
+    }
+}
+
+TEST(Damage, OfTheFirstElementOfAStreamLeavesTheOthersAlone)
+{
+    struct Case {
+        const char* name;
+        std::size_t at; // in the first element of sound
+        Bytes bytes;
+        std::size_t sounds; // at least
+    };
+    const Case cases[] = {{"length beyond the file", 16, {0x87, 1, 2, 3, 4, 5, 6, 7}, 3},
+                          {"length too short", 16, {0x83, 0, 0x04, 0}, 3},
+                          {"number of the track", 14, {0x7E, 0}, 3}};
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        std::size_t sound = 0;
+        Built built;
+        built.essence = [&](MxfBuilder& file) {
+            for (std::uint8_t seed = 1; seed <= 4; ++seed) {
+                file.klv(kPictureElement, Value(320, seed));
+                if (seed == 1) sound = file.bytes.size();
+                file.klv(kSoundElement, Value(5760, seed));
+            }
+        };
+        Bytes file = built.File();
+        std::ranges::copy(c.bytes, file.begin() + static_cast<std::ptrdiff_t>(sound + c.at));
+        Playing playing{file};
+        EXPECT_EQ(playing.PlayAll(), kEnded);
+        EXPECT_EQ(Units(playing.streams[kPictures]), (std::vector<std::int64_t>{0, 1, 2, 3}));
+        EXPECT_GE(playing.streams[kSounds].taken.size(), c.sounds);
+    }
+}
+
 /// Four packages with 128 bytes of fill behind each, and where they begin.
 struct Four {
     Four()
