@@ -18,24 +18,23 @@ std::int64_t CAvcPictureOrder::FromAnchor(std::int32_t count) const
     return anchor_->displayed + distance / step_ - (isHalf ? 1 : 0);
 }
 
-/// Whether a decoder could show the picture there: false when counting has begun anew unseen.
-bool CAvcPictureOrder::IsPlausible(std::int64_t displayed, std::int64_t stored) const
-{
-    constexpr std::int64_t kMostAhead = 16; // frames that a decoder holds at most
-    return displayed >= stored - delay_ && displayed <= stored + kMostAhead;
-}
-
 std::optional<SPicturePlace> CAvcPictureOrder::Describe(std::span<const std::uint8_t> picture, std::int64_t stored)
 {
     SAvcPicture found;
     const auto known = std::exchange(known_, std::nullopt);
-    const bool isBehindGap = std::exchange(next_, stored + 1) != stored;
+    const std::int64_t lost = CountLost(stored);
     (void)analyser_.Analyse(picture, found);
     if (found.isDamaged) return std::nullopt;
     delay_ = std::max<std::int64_t>(delay_, found.reorderFrames);
+    if (found.order.Count() % 2 != 0 && found.coding != EAvcCoding::bottomField) step_ = 1;
+    if (lost != 0 && anchor_ && !IsPlausible(FromAnchor(found.order.Count()), stored)) anchor_.reset();
+    if (lost == 1 && !anchor_ && !found.isKeyFrame) { // the only picture that is lost may have begun the count
+        analyser_.Restart(0);
+        (void)analyser_.Analyse(picture, found);
+        anchor_ = {.displayed = stored - 1, .count = 0};
+        if (!IsPlausible(FromAnchor(found.order.Count()), stored)) anchor_.reset();
+    }
     const std::int32_t count = found.order.Count();
-    if (count % 2 != 0 && found.coding != EAvcCoding::bottomField) step_ = 1;
-    if (isBehindGap && anchor_ && !IsPlausible(FromAnchor(count), stored)) anchor_.reset();
     // A picture that decoding can start from also begins the counting where nothing in front of it is known.
     if (found.startsSequence || (!anchor_ && (known || found.isKeyFrame)))
         anchor_ = {.displayed = found.startsSequence ? stored : known.value_or(stored), .count = count};
@@ -52,6 +51,7 @@ void CAvcPictureOrder::Restart(std::optional<std::int64_t> displayed)
     analyser_.Restart(0);
     anchor_.reset();
     known_ = displayed;
+    Forget();
 }
 
 } // namespace TamrelMxf

@@ -22,13 +22,11 @@ private:
         std::int64_t displayed = 0;
         std::int32_t count = 0;
     };
-    bool IsPlausible(std::int64_t displayed, std::int64_t stored) const;
     std::int64_t FromAnchor(std::int32_t count) const;
 
     CAvcAnalyser analyser_;
     std::optional<SAnchor> anchor_;
     std::optional<std::int64_t> known_; // where the next picture is shown
-    std::int64_t next_ = 0;             // the stored unit that follows without a gap
     std::int64_t delay_ = 0;
     std::int32_t step_ = 2; // of the counts, a frame
 };

@@ -12,11 +12,14 @@ public:
     /// says that it has no B pictures.
     std::int64_t Delay() const override { return isLowDelay_ ? 0 : 1; }
     /// The group tells where its pictures are shown, from its first one on.
-    void Restart(std::optional<std::int64_t> /*displayed*/) override { groupStart_.reset(); }
+    void Restart(std::optional<std::int64_t> /*displayed*/) override
+    {
+        groupStart_.reset();
+        Forget();
+    }
 
 private:
     std::optional<std::int64_t> groupStart_; // the stored unit that the group began with
-    std::int64_t next_ = 0;                  // the stored unit that follows without a gap
     bool isLowDelay_ = false;
 };
 

@@ -10,13 +10,25 @@ namespace TamrelMxf {
 
 CPictureOrder::~CPictureOrder() = default;
 
+std::int64_t CPictureOrder::CountLost(std::int64_t stored)
+{
+    const std::int64_t expected = std::exchange(next_, stored + 1);
+    return expected < 0 ? 0 : stored - expected;
+}
+
+bool CPictureOrder::IsPlausible(std::int64_t displayed, std::int64_t stored) const
+{
+    constexpr std::int64_t kMostAhead = 16; // pictures that a decoder holds at most
+    return displayed >= stored - Delay() && displayed <= stored + kMostAhead;
+}
+
 std::optional<SPicturePlace> CMpegPictureOrder::Describe(std::span<const std::uint8_t> picture, std::int64_t stored)
 {
     constexpr std::uint8_t kPicture = 0x00, kExtension = 0xB5, kGroup = 0xB8;
     constexpr std::uint8_t kSequenceExtension = 1;
     constexpr unsigned kIntra = 1;
-    constexpr std::size_t kNeeded = 3 + 7;                               // a start code and what is looked at behind it
-    if (std::exchange(next_, stored + 1) != stored) groupStart_.reset(); // the one of another group may be lost
+    constexpr std::size_t kNeeded = 3 + 7; // a start code and what is looked at behind it
+    const std::int64_t lost = CountLost(stored);
     for (std::size_t at = FindStartCode(picture, 0); at + kNeeded <= picture.size();
          at = FindStartCode(picture, at + 3)) {
         const std::uint8_t* const code = picture.data() + at + 3;
@@ -25,8 +37,11 @@ std::optional<SPicturePlace> CMpegPictureOrder::Describe(std::span<const std::ui
         if (*code != kPicture) continue;
         const int reference = code[1] << 2 | code[2] >> 6;
         const bool isKey = ((code[2] >> 3) & 7U) == kIntra;
-        SPicturePlace order{.displayed = groupStart_, .isKey = isKey};
-        if (order.displayed) *order.displayed += reference;
+        SPicturePlace order{.displayed = std::nullopt, .isKey = isKey};
+        if (lost != 0 && groupStart_ && !IsPlausible(*groupStart_ + reference, stored)) groupStart_.reset();
+        // The only picture that is lost has begun the group.
+        if (lost == 1 && !groupStart_ && IsPlausible(stored - 1 + reference, stored)) groupStart_ = stored - 1;
+        if (groupStart_) order.displayed = *groupStart_ + reference;
         return order;
     }
     return std::nullopt;

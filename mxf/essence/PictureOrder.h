@@ -38,6 +38,15 @@ public:
 
 protected:
     CPictureOrder() = default;
+
+    /// Pictures that are lost in front of this one; 0 right behind Forget.
+    std::int64_t CountLost(std::int64_t stored);
+    void Forget() { next_ = -1; }
+    /// Whether a decoder could show the picture there: false when counting has begun anew unseen.
+    bool IsPlausible(std::int64_t displayed, std::int64_t stored) const;
+
+private:
+    std::int64_t next_ = 0; // the stored unit that follows without a gap
 };
 
 /// True for pictures that may depend on others, and be shown in another order than they are stored in.

@@ -283,7 +283,7 @@ TEST(OrderOfMpeg, IsReadFromThePicturesWhereTheIndexLeavesItOut)
 }
 
 /// Groups that never begin the count of their pictures anew, as those of broadcasters do.
-TEST(OpenGroupsOfAvc, KeepTheirOrderBehindACutAndBehindDamage)
+TEST(OpenGroupsOfAvc, KeepTheirOrderBehindACut)
 {
     const TempFolder folder;
     const std::string path = folder.file("a.mxf"), behind = folder.file("b.mxf");
@@ -304,18 +304,37 @@ TEST(OpenGroupsOfAvc, KeepTheirOrderBehindACutAndBehindDamage)
     const std::size_t from = all.size() - rest.size();
     for (std::size_t i = 0; i < rest.size(); ++i)
         EXPECT_EQ(rest[i].sample.pts, all[from + i].sample.pts - all[from].sample.pts) << i;
+}
 
-    for (const std::size_t lost : {std::size_t{5}, from, all.size() - 6}) {
-        SCOPED_TRACE(lost);
+/// The picture that begins the count of a group, or another one.
+TEST(LostPictures, CostNoOtherItsPlace)
+{
+    const TempFolder folder;
+    for (const char* coding :
+         {"-c:v libx264 -bf 3 -x264-params open-gop=1:keyint=12:min-keyint=12",
+          "-c:v libx264 -bf 3 -x264-params keyint=12:min-keyint=12:repeat-headers=1", "-c:v mpeg2video -g 12 -bf 2"}) {
+        SCOPED_TRACE(coding);
+        const std::string path = folder.file("a.mxf");
+        if (!succeeds("ffmpeg -nostdin -y " PICTURE + std::string{coding} + " -f mxf " + path)) continue;
         const std::string content = readFile(path);
-        std::vector<std::uint8_t> bytes{content.begin(), content.end()};
-        std::fill_n(bytes.begin() + all[lost].sample.position - 20, 16, std::uint8_t{0});
-        Playing damaged{std::move(bytes)};
-        ASSERT_EQ(damaged.PlayAll(), kEnded);
-        const std::vector<Taken>& left = damaged.streams[0].taken;
-        ASSERT_EQ(left.size(), all.size() - 1);
-        for (std::size_t i = 0; i < left.size(); ++i)
-            EXPECT_EQ(left[i].sample.pts, all[i < lost ? i : i + 1].sample.pts) << i;
+        for (const bool hasIndex : {true, false}) {
+            const std::vector<std::uint8_t> whole =
+                hasIndex ? std::vector<std::uint8_t>{content.begin(), content.end()} : WithoutIndex(content);
+            Playing playing{whole};
+            ASSERT_EQ(playing.PlayAll(), kEnded);
+            const std::vector<Taken>& all = playing.streams[0].taken;
+            for (std::size_t lost = 3; lost < all.size(); ++lost) {
+                SCOPED_TRACE(lost);
+                std::vector<std::uint8_t> bytes = whole;
+                std::fill_n(bytes.begin() + all[lost].sample.position - 20, 16, std::uint8_t{0});
+                Playing damaged{std::move(bytes)};
+                ASSERT_EQ(damaged.PlayAll(), kEnded);
+                const std::vector<Taken>& left = damaged.streams[0].taken;
+                ASSERT_EQ(left.size(), all.size() - 1);
+                for (std::size_t i = 0; i < left.size(); ++i)
+                    EXPECT_EQ(left[i].sample.pts, all[i < lost ? i : i + 1].sample.pts) << i;
+            }
+        }
     }
 }
 
