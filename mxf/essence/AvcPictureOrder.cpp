@@ -27,7 +27,7 @@ std::optional<SPicturePlace> CAvcPictureOrder::Describe(std::span<const std::uin
     if (found.isDamaged) return std::nullopt;
     delay_ = std::max<std::int64_t>(delay_, found.reorderFrames);
     if (found.order.Count() % 2 != 0 && found.coding != EAvcCoding::bottomField) step_ = 1;
-    if (lost != 0 && anchor_ && !IsPlausible(FromAnchor(found.order.Count()), stored)) anchor_.reset();
+    if (lost != 0 && anchor_ && !IsPlausible(FromAnchor(found.order.Count()), stored, anchor_->slack)) anchor_.reset();
     if (lost == 1 && !anchor_ && !found.isKeyFrame) { // the only picture that is lost may have begun the count
         analyser_.Restart(0);
         (void)analyser_.Analyse(picture, found);
@@ -37,7 +37,9 @@ std::optional<SPicturePlace> CAvcPictureOrder::Describe(std::span<const std::uin
     const std::int32_t count = found.order.Count();
     // A picture that decoding can start from also begins the counting where nothing in front of it is known.
     if (found.startsSequence || (!anchor_ && (known || found.isKeyFrame)))
-        anchor_ = {.displayed = found.startsSequence ? stored : known.value_or(stored), .count = count};
+        anchor_ = {.displayed = found.startsSequence ? stored : known.value_or(stored),
+                   .count = count,
+                   .slack = found.startsSequence ? 0 : kMostLeading};
     SPicturePlace place{.displayed = std::nullopt, .isKey = found.isKeyFrame};
     if (found.reorderFrames == 0)
         place.displayed = stored;

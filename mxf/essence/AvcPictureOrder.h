@@ -21,7 +21,9 @@ private:
     struct SAnchor {
         std::int64_t displayed = 0;
         std::int32_t count = 0;
+        std::int64_t slack = 0; // pictures that may be shown in front of it, and are not counted in `displayed`
     };
+    static constexpr std::int64_t kMostLeading = 16;
     std::int64_t FromAnchor(std::int32_t count) const;
 
     CAvcAnalyser analyser_;

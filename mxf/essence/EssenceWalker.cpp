@@ -63,6 +63,7 @@ void CEssenceWalker::GoToStart()
     partitionSid_ = start.bodySid;
     bodyOffset_ = static_cast<std::int64_t>(std::min<std::uint64_t>(start.bodyOffset, kMostPosition));
     base_ = -1;
+    essenceFrom_ = kMostPosition; // until a pack tells
     isEnd_ = false;
     isBehindDamage_ = false;
 }
@@ -105,6 +106,7 @@ CEssenceWalker::EStep CEssenceWalker::Next()
             step = TakeIndex(header);
         } else {
             // Between elements nothing but fill is usual: this may be one whose key is damaged.
+            if (!Keys::IsFill(header.key)) BeginEssence();
             isBehindDamage_ = isBehindDamage_ || (IsInContainer() && base_ >= 0 && !Keys::IsFill(header.key));
             StepOver(header);
         }
@@ -112,6 +114,12 @@ CEssenceWalker::EStep CEssenceWalker::Next()
         if (step != EStep::found) return step;
     }
     return EStep::end;
+}
+
+/// What is damaged behind the metadata of a partition has its place in the container as well.
+void CEssenceWalker::BeginEssence()
+{
+    if (IsInContainer() && base_ < 0 && position_ >= essenceFrom_) base_ = position_ - bodyOffset_;
 }
 
 /// Goes behind a KLV whose value does not matter. When no key follows there, the search begins inside of it.
@@ -188,6 +196,7 @@ CEssenceWalker::EStep CEssenceWalker::Resync()
 {
     const EStep step = FindKey(searchFrom_, kMostPosition);
     if (step != EStep::found) return step;
+    BeginEssence();
     Report(position_);
     position_ = searchFrom_++;
     return EStep::found;
@@ -208,6 +217,11 @@ CEssenceWalker::EStep CEssenceWalker::EnterPartition(const SKlvHeader& header)
     partitionSid_ = pack.bodySID;
     bodyOffset_ = static_cast<std::int64_t>(std::min<std::uint64_t>(pack.bodyOffset, kMostPosition));
     base_ = -1;
+    const auto count = [](std::uint64_t bytes) {
+        return static_cast<std::int64_t>(std::min<std::uint64_t>(bytes, kMostPosition));
+    };
+    essenceFrom_ = Behind(Behind(position_ + header.TotalSize(), count(pack.extent.headerByteCount)),
+                          count(pack.extent.indexByteCount));
     CRandomIndexPack& partitions = context_->partitions;
     if (partitions.Offsets().size() < kMaxPartitions) (void)partitions.ImportPartition(&pack, position_);
     const auto listed = static_cast<std::uint64_t>(position_);

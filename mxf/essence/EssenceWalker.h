@@ -72,6 +72,7 @@ private:
     EStep EnterPartition(const SKlvHeader& header);
     void StepOver(const SKlvHeader& header);
     EStep TakeIndex(const SKlvHeader& header);
+    void BeginEssence();
     void Report(std::int64_t position);
 
     const SEssenceContext* context_;
@@ -79,8 +80,9 @@ private:
     std::int64_t position_ = 0;
     std::int64_t searchFrom_ = 0; // where to look for a key when there is none at position_
     std::uint32_t partitionSid_ = 0;
-    std::int64_t bodyOffset_ = 0; // of the partition at hand
-    std::int64_t base_ = -1;      // position less place in the container; -1 before the first KLV of the partition
+    std::int64_t bodyOffset_ = 0;  // of the partition at hand
+    std::int64_t essenceFrom_ = 0; // of the partition at hand: where its metadata and index tables end at the least
+    std::int64_t base_ = -1;       // position less place in the container; -1 before the first KLV of the partition
     SEssenceKlv klv_;
     bool isBehindDamage_ = false;
     bool isEnd_ = false;

@@ -29,9 +29,9 @@ CPackageReader::EStep CPackageReader::Next()
     begins_ = IsNewPackage();
     next_ = unit_ + 1;
     // Behind damage the index tables know how many packages were lost. So they do of an element that no package had
-    // before: its key may be damaged.
-    const bool isStrange = unit_ > 0 && Rank(EssenceKeys::NumberOf(Klv().key)) == order_.size();
-    if ((!walker_.TakeDamage() && !isStrange) || context_->index == nullptr || unit_ < 0) return step;
+    // before, and behind it: its key may be damaged.
+    const bool isDoubtful = IsStrange() || (!seen_.empty() && seen_.back() == strange_);
+    if ((!walker_.TakeDamage() && !isDoubtful) || context_->index == nullptr) return step;
     const auto known = context_->index->UnitAtOffset(indexSid_, Klv().streamOffset);
     const bool isPossible = known && *known >= unit_ && *known <= Klv().streamOffset / kShortestPackage;
     if (!isPossible) return step;
@@ -49,6 +49,12 @@ bool CPackageReader::IsNewPackage() const
     if (SeenOfKey() >= (isPicture ? picturesOfKey_ : 1)) return true;
     // Without system items nothing but the order of the elements tells that one of them begins a package.
     return !hasSystemItems_ && !seen_.empty() && Rank(number) < Rank(seen_.back());
+}
+
+/// True for an element that no package had before, but for the first one; its place in the order says nothing.
+bool CPackageReader::IsStrange() const
+{
+    return unit_ > 0 && Rank(EssenceKeys::NumberOf(Klv().key)) == order_.size();
 }
 
 std::ptrdiff_t CPackageReader::SeenOfKey() const
@@ -74,6 +80,10 @@ void CPackageReader::Accept()
 {
     const std::uint32_t number = EssenceKeys::NumberOf(Klv().key);
     seen_.push_back(number);
+    if (IsStrange())
+        strange_ = number;
+    else if (strange_ == number)
+        strange_ = 0; // its second time
     if (Rank(number) == order_.size() && order_.size() < kMostElements) order_.push_back(number);
     hasSystemItems_ = hasSystemItems_ || Klv().isSystem;
     hasElements_ = hasElements_ || !Klv().isSystem;

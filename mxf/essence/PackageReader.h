@@ -48,6 +48,7 @@ public:
 
 private:
     bool IsNewPackage() const;
+    bool IsStrange() const;
     std::size_t Rank(std::uint32_t number) const;
 
     const SEssenceContext* context_;
@@ -62,6 +63,7 @@ private:
     bool hasElements_ = false;        // and has more than system items
     std::vector<std::uint32_t> seen_; // bytes 13 to 16 of its keys
 
+    std::uint32_t strange_ = 0;        // of an element that was met once, behind the first package
     bool hasSystemItems_ = false;      // of any package
     std::vector<std::uint32_t> order_; // in which the keys of all packages came first
 };

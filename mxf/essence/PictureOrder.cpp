@@ -16,10 +16,10 @@ std::int64_t CPictureOrder::CountLost(std::int64_t stored)
     return expected < 0 ? 0 : stored - expected;
 }
 
-bool CPictureOrder::IsPlausible(std::int64_t displayed, std::int64_t stored) const
+bool CPictureOrder::IsPlausible(std::int64_t displayed, std::int64_t stored, std::int64_t slack) const
 {
     constexpr std::int64_t kMostAhead = 16; // pictures that a decoder holds at most
-    return displayed >= stored - Delay() && displayed <= stored + kMostAhead;
+    return displayed >= stored - Delay() - slack && displayed <= stored + kMostAhead;
 }
 
 std::optional<SPicturePlace> CMpegPictureOrder::Describe(std::span<const std::uint8_t> picture, std::int64_t stored)

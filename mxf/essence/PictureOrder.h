@@ -43,7 +43,8 @@ protected:
     std::int64_t CountLost(std::int64_t stored);
     void Forget() { next_ = -1; }
     /// Whether a decoder could show the picture there: false when counting has begun anew unseen.
-    bool IsPlausible(std::int64_t displayed, std::int64_t stored) const;
+    /// \param slack  pictures that may have been missing where counting began
+    bool IsPlausible(std::int64_t displayed, std::int64_t stored, std::int64_t slack = 0) const;
 
 private:
     std::int64_t next_ = 0; // the stored unit that follows without a gap

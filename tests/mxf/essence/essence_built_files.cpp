@@ -235,24 +235,28 @@ TEST(Damage, CostsTheDamagedSamplesAndIsReportedOnce)
 /// Without system items nothing but the index tells of an element whose key became another one.
 TEST(Damage, OfAKeyThatStaysAKeyShiftsNoOther)
 {
-    constexpr std::size_t kUnitBytes = 20 + 320;
     for (const std::size_t at : {5U, 8U, 12U, 14U}) { // no element, no such item, another kind, another number
-        for (const std::size_t damaged : {2U, 5U}) {
+        for (const std::size_t damaged : {0U, 2U, 5U}) {
+            const bool hasSound = damaged != 0;
+            if (at >= 12 && !hasSound) continue; // so the first element is of another stream
             SCOPED_TRACE(testing::Message() << "byte " << at << " of unit " << damaged);
             Built built;
-            built.footerIndex = IndexSegment({.unitBytes = kUnitBytes});
+            built.footerIndex = IndexSegment({.unitBytes = hasSound ? 340U + 5780U : 340U});
             built.essence = [&](MxfBuilder& file) {
                 for (std::uint8_t seed = 0; seed < 6; ++seed) {
                     Bytes key = kPictureElement;
                     if (seed == damaged) key[at] ^= 0x20;
                     file.klv(key, Value(320, seed));
+                    if (hasSound) file.klv(kSoundElement, Value(5760, seed));
                 }
             };
             Playing playing{built.File()};
             EXPECT_EQ(playing.PlayAll(), kEnded);
-            for (const Taken& one : playing.streams[kPictures].taken)
-                EXPECT_EQ(one.bytes.front(), one.sample.edit_unit);
+            for (const int stream : {kPictures, kSounds})
+                for (const Taken& one : playing.streams[stream].taken)
+                    EXPECT_EQ(one.bytes.front(), one.sample.edit_unit);
             EXPECT_GE(playing.streams[kPictures].taken.size(), 5U);
+            EXPECT_EQ(playing.streams[kSounds].taken.size(), hasSound ? 6U : 0U);
         }
     }
 }
