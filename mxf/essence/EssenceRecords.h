@@ -16,11 +16,13 @@ enum mxf_sample_flags : std::uint32_t {
 
 /// One sample on its way to a receiver: an edit unit, or several whole ones of sound.
 struct mxf_sample {
-    std::uint32_t stream;     ///< as mxfDemuxGetStreamFormat counts
-    std::uint32_t flags;      ///< of mxf_sample_flags
-    std::int64_t edit_unit;   ///< stored
-    std::int64_t pts;         ///< played
-    std::int64_t dts;         ///< the decoding order on the same scale: rises with every sample, never above `pts`
+    std::uint32_t stream;   ///< as mxfDemuxGetStreamFormat counts
+    std::uint32_t flags;    ///< of mxf_sample_flags
+    std::int64_t edit_unit; ///< stored
+    std::int64_t pts;       ///< played
+    /// The decoding order on the same scale: rises with every sample, never above `pts`. Only of a recording that
+    /// begins inside a group, those that belong in front of its first picture have their pts.
+    std::int64_t dts;
     std::int64_t duration;    ///< edit units
     std::int32_t rate_num;    ///< edit units a second
     std::int32_t rate_den;    ///<

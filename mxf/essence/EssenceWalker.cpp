@@ -6,6 +6,7 @@
 #include "mxf/klv/PartitionPack.h"
 
 #include <algorithm>
+#include <array>
 #include <limits>
 #include <string_view>
 
@@ -30,6 +31,17 @@ bool IsExpected(const SUl& key)
 {
     return EssenceKeys::IsElement(key) || EssenceKeys::IsSystem(key) || Keys::IsFill(key) || Keys::HasPackPrefix(key) ||
            key.MatchesAnyVersion(Keys::kIndexTableSegment);
+}
+
+/// How much of a key is that of an element: one that was may be damaged.
+int Resemblance(const SUl& key)
+{
+    constexpr auto kElement =
+        std::to_array<std::uint8_t>({0x06, 0x0E, 0x2B, 0x34, 0x01, 0x02, 0x01, 0, 0x0D, 0x01, 0x03, 0x01});
+    int same = 0;
+    for (std::size_t i = 0; i < kElement.size(); ++i)
+        same += i != 7 && key.bytes[i] == kElement[i] ? 1 : 0; // byte 8 is a version
+    return same;
 }
 
 } // namespace
@@ -105,9 +117,10 @@ CEssenceWalker::EStep CEssenceWalker::Next()
         } else if (header.key.MatchesAnyVersion(Keys::kIndexTableSegment)) {
             step = TakeIndex(header);
         } else {
-            // Between elements nothing but fill is usual: this may be one whose key is damaged.
-            if (!Keys::IsFill(header.key)) BeginEssence();
-            isBehindDamage_ = isBehindDamage_ || (IsInContainer() && base_ >= 0 && !Keys::IsFill(header.key));
+            constexpr int kSome = 7, kMost = 9; // of 11; metadata sets have up to 8
+            const int resemblance = Keys::IsFill(header.key) ? 0 : Resemblance(header.key);
+            if (resemblance >= kMost) BeginEssence();
+            if (resemblance >= kSome && IsInContainer() && base_ >= 0) isBehindDamage_ = true;
             StepOver(header);
         }
         if (step == EStep::end) isEnd_ = true;

@@ -58,7 +58,7 @@ public:
     void Silence() { damages_ = std::max(damages_, 1); }
 
     std::int64_t Position() const { return position_; }
-    /// True once after damage was stepped over, or something between elements that may be damage.
+    /// True once after damage was stepped over, or what may be a damaged key.
     bool TakeDamage() { return std::exchange(isBehindDamage_, false); }
     /// What lies in the partition at hand: false while it belongs to another container.
     bool IsInContainer() const { return partitionSid_ == bodySid_; }
