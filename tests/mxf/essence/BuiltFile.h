@@ -70,4 +70,6 @@ struct Built {
     }
 };
 
+constexpr int kPictures = 0, kSounds = 1; ///< the streams of such a file
+
 } // namespace TamrelMxf::test

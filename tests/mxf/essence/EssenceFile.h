@@ -40,6 +40,14 @@ public:
     int refusals = 0;
 };
 
+inline std::vector<std::int64_t> Units(const Keeper& keeper)
+{
+    std::vector<std::int64_t> units;
+    for (const Taken& one : keeper.taken)
+        units.push_back(one.sample.edit_unit);
+    return units;
+}
+
 /// An open file with a parser for each of its containers and a receiver for each stream.
 struct Playing {
     explicit Playing(const std::string& path)
