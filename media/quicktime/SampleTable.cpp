@@ -42,13 +42,9 @@ Status readDurations(Window& window, Extent body, SampleTable& into)
     if (!table) return table.error();
     into.timeToSample = *table;
     if (table->count > kMaxTimeToSampleEntries) return {};
-    SampleDurations durations;
-    for (std::uint32_t i = 0; i < table->count; ++i) {
-        const auto entry = readEntry<2>(window, *table, i);
-        if (!entry) return entry.error();
-        durations.add((*entry)[0], (*entry)[1]);
-    }
-    into.durations = durations;
+    const Result<SampleDurations> durations = addUpTimes(window, *table);
+    if (!durations) return durations.error();
+    into.durations = *durations;
     return {};
 }
 
@@ -186,6 +182,26 @@ Result<SampleTable> parseSampleTable(Window& window, Extent body, FourCC mediaTy
         forEachBox(window, body, wanted, [&](const Box& box) { return readTable(window, box, mediaType, table); });
     if (!walked) return Error{walked.error()};
     return table;
+}
+
+Result<SampleDurations> addUpTimes(Window& window, const Table& timeToSample)
+{
+    constexpr std::uint32_t kEntrySize = 8;
+    constexpr std::uint32_t kAtOnce = kMaxPieceBytes / kEntrySize;
+    if (timeToSample.count > kMaxTimeToSampleEntriesWithoutDuration)
+        return Error{Fault::limit, std::to_string(timeToSample.count) + " entries", timeToSample.entries.offset};
+    SampleDurations durations;
+    for (std::uint32_t i = 0; i < timeToSample.count; i += kAtOnce) {
+        const std::uint32_t count = std::min(timeToSample.count - i, kAtOnce);
+        Result<ByteReader> bytes =
+            window.read(timeToSample.entries.after(std::uint64_t{i} * kEntrySize).first(count * kEntrySize));
+        if (!bytes) return Error{bytes.error()};
+        for (std::uint32_t entry = 0; entry < count; ++entry) {
+            const auto samples = bytes->read<std::uint32_t>();
+            durations.add(samples, bytes->read<std::uint32_t>());
+        }
+    }
+    return durations;
 }
 
 Result<SampleLocation> locateSample(Window& window, const SampleTable& table, std::uint64_t mediaTime)

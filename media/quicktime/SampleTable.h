@@ -18,7 +18,8 @@ struct SampleTable {
     };
 
     SampleDescriptions descriptions;
-    /// The time-to-sample table added up; absent when it has more than kMaxTimeToSampleEntries entries.
+    /// The time-to-sample table added up; absent when it has more than kMaxTimeToSampleEntries entries and nobody
+    /// called addUpTimes.
     std::optional<SampleDurations> durations;
     std::uint64_t sampleCount = 0; ///< of the sample size table; 0 when it was not needed
 
@@ -35,6 +36,10 @@ struct SampleTable {
 /// \return truncated or malformed when one of these is cut short or counts more entries than it holds
 /// Source: ISO/IEC 14496-12, 8.5 to 8.7; Apple, QuickTime File Format, "Sample Table Atoms".
 Result<SampleTable> parseSampleTable(Window& window, Extent body, FourCC mediaType);
+
+/// Adds up a time-to-sample table, of whatever length.
+/// \return limit when it has more than kMaxTimeToSampleEntriesWithoutDuration entries, io when it cannot be read
+Result<SampleDurations> addUpTimes(Window& window, const SampleTable::Table& timeToSample);
 
 /// Finds the sample that is shown at `mediaTime`, in units of the media's timescale.
 /// \return notFound when there is none, malformed when the tables contradict each other, limit when it is too far in

@@ -125,6 +125,10 @@ Result<ParsedTrack> parseTrack(Window& window, Extent body)
     track.timecode = std::move(samples.descriptions.timecode);
     // MP4 files leave the rate at 0 where 16 bits cannot hold it; the media's timescale is the rate then.
     if (track.sound && track.sound->sampleRate == 0) track.sound->sampleRate = parsed.timescale;
+    if (!samples.durations && samples.timeToSample && parsed.mediaDuration == 0) {
+        if (const Result<SampleDurations> summed = addUpTimes(window, *samples.timeToSample))
+            samples.durations = *summed; // else the length stays unknown
+    }
     if (samples.durations && samples.durations->total() > 0) parsed.mediaDuration = samples.durations->total();
     if (track.mediaType == kTimecodeMedia && samples.sampleCount > 0)
         track.firstSample = findFirstSample(window, parsed, editList);

@@ -19,9 +19,12 @@ inline constexpr std::size_t kMaxTracks = 1024;
 /// Sample descriptions whose format is kept; a timecode track has one, rarely two.
 inline constexpr std::size_t kMaxSampleDescriptions = 64;
 
-/// Entries of a time-to-sample table that are added up. A longer table belongs to a movie of varying rate, of which
-/// the media header tells the average.
+/// Entries of a time-to-sample table that are always added up. A longer table belongs to a movie of varying rate, of
+/// which the media header tells the average.
 inline constexpr std::uint32_t kMaxTimeToSampleEntries = 512;
+/// Entries that are added up where the media header tells nothing: 19 hours of 60 samples a second, all of another
+/// length than the one before.
+inline constexpr std::uint32_t kMaxTimeToSampleEntriesWithoutDuration = 1U << 22;
 /// Entries of one table that are walked to find the first timecode sample.
 inline constexpr std::uint32_t kMaxEntriesToFirstSample = 4096;
 

@@ -169,6 +169,9 @@ TEST(Container, DurationIsThatOfTheMovieHeader)
     const Bytes unknownLong = atom("mvhd", Bytes{}.u32(1U << 24).u64(0).u64(0).u32(90000).u64(~0ULL).zeros(80));
     MovieTrack longer; // 5 s
     longer.times = {{125, 1000}};
+    MovieTrack longTable; // 10 s, told by its 2000 entries alone
+    longTable.duration = 0;
+    longTable.times.assign(2000, {1, 125});
 
     struct Case {
         const char* name;
@@ -180,6 +183,7 @@ TEST(Container, DurationIsThatOfTheMovieHeader)
         {"64 bits", withHeader(longHeader), {90000ULL * 3600 * 100, 90000}},
         {"not known: the longest track", withHeader(movieHeader(600, 0xFFFFFFFF), longer), {125000, 25000}},
         {"64 bits, not known", withHeader(unknownLong, longer), {125000, 25000}},
+        {"not known, nor in the media header", withHeader(movieHeader(600, 0xFFFFFFFF), longTable), {250000, 25000}},
         {"not known, no times: the media header",
          withHeader(movieHeader(600, 0xFFFFFFFF), unfinished),
          {100000, 25000}},
@@ -216,6 +220,8 @@ TEST(Container, NominalRateComesFromTheTimes)
         {"three lengths: the average", 600, 600, {{10, 20}, {1, 40}, {12, 30}}, 600.0F * 23 / 600},
         {"two samples of two lengths", 600, 60, {{1, 20}, {1, 40}}, 20.0F},
         {"long table: the media header", 25000, 750000, varying, 100.0F * 25000 / 750000},
+        {"long table, no media duration: its own sum", 25000, 0, varying, 600.0F * 25000 / 750000},
+        {"long table, media duration not known", 25000, 0xFFFFFFFF, varying, 600.0F * 25000 / 750000},
         {"no samples", 25000, 100000, {}, 0.0F},
         {"samples that last no time", 25000, 100000, {{100, 0}}, 0.0F},
     };
