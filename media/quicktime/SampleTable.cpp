@@ -53,14 +53,18 @@ Status readSampleSizes(Window& window, const Box& box, SampleTable& into)
     Result<ByteReader> head = window.read(box.body.first(12));
     if (!head) return head.error();
     head->skip(4);
-    const auto commonSize = head->read<std::uint32_t>();
+    const auto sizeOrBits = head->read<std::uint32_t>(); // of 'stz2': 24 bits that mean nothing, bits of an entry
     const auto count = head->read<std::uint32_t>();
     if (!head->ok()) return Error{Fault::truncated, "table is cut short", box.body.offset};
     into.sampleCount = count;
-    if (box.type == FourCC{"stz2"}) return {}; // sizes of 4 to 16 bits, for which only the count is wanted
-    into.commonSampleSize = commonSize;
-    into.sampleSizes = Table{.entries = box.body.after(12), .count = commonSize == 0 ? count : 0};
-    if (into.sampleSizes->count > into.sampleSizes->entries.size / 4)
+    const bool isCompact = box.type == FourCC{"stz2"};
+    into.sampleSizeBits = isCompact ? sizeOrBits & 0xFF : 32;
+    into.commonSampleSize = isCompact ? 0 : sizeOrBits;
+    if (isCompact && into.sampleSizeBits != 4 && into.sampleSizeBits != 8 && into.sampleSizeBits != 16)
+        return {}; // the count is enough for pictures
+    into.sampleSizes = Table{.entries = box.body.after(12), .count = into.commonSampleSize == 0 ? count : 0};
+    const std::uint64_t bits = std::uint64_t{into.sampleSizes->count} * into.sampleSizeBits;
+    if (bits / 8 + (bits % 8 != 0) > into.sampleSizes->entries.size)
         return Error{Fault::malformed, "table counts " + std::to_string(count) + " entries and has fewer",
                      box.body.offset};
     return {};
@@ -150,9 +154,23 @@ Result<ChunkPlace> findChunk(Window& window, const Table& sampleToChunk, std::ui
 Result<std::uint64_t> sampleSize(Window& window, const SampleTable& table, std::uint64_t sample)
 {
     if (table.commonSampleSize != 0) return std::uint64_t{table.commonSampleSize};
-    const auto entry = readEntry<1>(window, *table.sampleSizes, sample);
-    if (!entry) return entry.error();
-    return std::uint64_t{(*entry)[0]};
+    const Table& sizes = *table.sampleSizes;
+    const std::uint32_t bits = table.sampleSizeBits;
+    if (bits == 32) {
+        const auto entry = readEntry<1>(window, sizes, sample);
+        if (!entry) return entry.error();
+        return std::uint64_t{(*entry)[0]};
+    }
+    if (sample >= sizes.count)
+        return Error{Fault::malformed, "entry " + std::to_string(sample) + " is beyond the table",
+                     sizes.entries.offset};
+    const std::uint64_t width = bits == 16 ? 2 : 1;
+    Result<ByteReader> bytes = window.read(sizes.entries.after(sample * bits / 8).first(width));
+    if (!bytes) return Error{bytes.error()};
+    if (bits == 16) return std::uint64_t{bytes->read<std::uint16_t>()};
+    const auto byte = bytes->read<std::uint8_t>();
+    if (bits == 8) return std::uint64_t{byte};
+    return std::uint64_t{sample % 2 == 0 ? byte >> 4U : byte & 0xFU}; // the first of two in the upper half
 }
 
 Result<std::uint64_t> chunkOffset(Window& window, const SampleTable& table, std::uint64_t chunk)

@@ -25,7 +25,8 @@ struct SampleTable {
 
     std::optional<Table> timeToSample;  ///< 'stts': count, duration
     std::optional<Table> sampleToChunk; ///< 'stsc': first chunk, samples a chunk, description
-    std::optional<Table> sampleSizes;   ///< 'stsz': size; no entries where all samples are of one size
+    std::optional<Table> sampleSizes;   ///< 'stsz' or 'stz2': size; no entries where all samples are of one size
+    std::uint32_t sampleSizeBits = 32;  ///< of an entry: 32 of 'stsz', 4, 8 or 16 of 'stz2'
     std::uint32_t commonSampleSize = 0; ///< bytes; 0: see sampleSizes
     std::optional<Table> chunkOffsets;  ///< 'stco' or 'co64'
     bool hasLongOffsets = false;        ///< 'co64'

@@ -17,6 +17,23 @@ Bytes sampleEntry(std::string_view format, const Bytes& body)
     return atom(format, Bytes{}.zeros(6).u16(1).add(body));
 }
 
+Bytes sizeEntries(const MovieTrack& track)
+{
+    Bytes entries;
+    std::uint8_t half = 0; // of a byte that two sizes share
+    for (std::size_t i = 0; i < track.sizes.size(); ++i) {
+        const std::uint32_t size = track.sizes[i];
+        const auto byte = static_cast<std::uint8_t>(size);
+        if (track.sizeBits == 32) entries.u32(size);
+        if (track.sizeBits == 16) entries.u16(static_cast<std::uint16_t>(size));
+        if (track.sizeBits == 8) entries.u8(byte);
+        if (track.sizeBits == 4 && i % 2 == 1) entries.u8(half | byte);
+        half = static_cast<std::uint8_t>(byte << 4U);
+    }
+    if (track.sizeBits == 4 && track.sizes.size() % 2 == 1) entries.u8(half);
+    return entries;
+}
+
 Bytes sampleTable(const MovieTrack& track)
 {
     Bytes descriptions = tableHead(track.descriptions.size());
@@ -29,10 +46,12 @@ Bytes sampleTable(const MovieTrack& track)
     for (const auto& [first, perChunk, description] : track.chunks)
         chunks.u32(first).u32(perChunk).u32(description);
     const auto listed = static_cast<std::uint32_t>(track.sizes.size());
-    Bytes sizes = Bytes{}.u32(0).u32(track.commonSize).u32(track.sampleCount > 0 ? track.sampleCount : listed);
-    if (track.commonSize == 0)
-        for (const std::uint32_t size : track.sizes)
-            sizes.u32(size);
+    const bool isCompact = track.sizeBits < 32;
+    Bytes sizes = Bytes{}
+                      .u32(0)
+                      .u32(isCompact ? track.sizeBits : track.commonSize)
+                      .u32(track.sampleCount > 0 ? track.sampleCount : listed);
+    if (track.commonSize == 0) sizes.add(sizeEntries(track));
     Bytes offsets = tableHead(track.offsets.size());
     for (const std::uint64_t offset : track.offsets)
         track.hasLongOffsets ? offsets.u64(offset) : offsets.u32(static_cast<std::uint32_t>(offset));
@@ -41,7 +60,7 @@ Bytes sampleTable(const MovieTrack& track)
                             .add(atom("stts", times))
                             .add(track.otherTables)
                             .add(atom("stsc", chunks))
-                            .add(atom("stsz", sizes))
+                            .add(atom(isCompact ? "stz2" : "stsz", sizes))
                             .add(atom(track.hasLongOffsets ? "co64" : "stco", offsets)));
 }
 

@@ -63,6 +63,7 @@ struct MovieTrack {
     std::vector<std::pair<std::uint32_t, std::uint32_t>> times = {{100, 1000}}; ///< count, duration
     std::uint32_t commonSize = 0;                                               ///< bytes; 0: `sizes`
     std::vector<std::uint32_t> sizes = std::vector<std::uint32_t>(100, 40);
+    std::uint32_t sizeBits = 32;   ///< of each of `sizes`; 4, 8 or 16: written as 'stz2'
     std::uint32_t sampleCount = 0; ///< samples of the common size; 0: as many as `sizes`
     std::vector<std::array<std::uint32_t, 3>> chunks = {{1, 100, 1}};
     std::vector<std::uint64_t> offsets = {28}; ///< of the chunks

@@ -26,6 +26,12 @@ TEST(TimecodeSample, LiesWhereTheTablesSay)
     oneSize.commonSize = 4;
     MovieTrack otherSizes = threeSamples(editList({{2400, 25000}}));
     otherSizes.sizes = {12, 4, 4};
+    const auto compact = [&otherSizes](std::uint32_t bits, std::int32_t mediaTime) {
+        MovieTrack track = otherSizes;
+        track.sizeBits = bits;
+        track.editList = editList({{2400, mediaTime}});
+        return track;
+    };
     MovieTrack unevenTimes = threeSamples(editList({{2400, 10000}}));
     unevenTimes.times = {{1, 10000}, {1, 19999}, {1, 50000}};
     MovieTrack laterTimes = threeSamples(editList({{2400, 30000}}));
@@ -51,6 +57,10 @@ TEST(TimecodeSample, LiesWhereTheTablesSay)
         {"edit list longer than its box", threeSamples(lyingAtom("elst", 5000, Bytes{}.zeros(8))), 28},
         {"samples of one size", oneSize, 32},
         {"samples of several sizes", otherSizes, 40},
+        {"sizes of 16 bits", compact(16, 25000), 40},
+        {"sizes of 8 bits", compact(8, 25000), 40},
+        {"sizes of 4 bits, in the lower half", compact(4, 25000), 40},
+        {"sizes of 4 bits, in the upper half", compact(4, 50000), 100},
         {"samples of several lengths, the second", unevenTimes, 32},
         {"samples of several lengths, the third", laterTimes, 100},
     };
@@ -114,6 +124,7 @@ TEST(TimecodeSample, MissingDataIsAFaultOfTheSampleAlone)
          }),
          Fault::notFound},
         {"no samples", edited([](MovieTrack& t) { t.sizes = {}; }), Fault::notFound},
+        {"sizes of 12 bits", edited([](MovieTrack& t) { t.sizeBits = 12; }), Fault::notFound},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
