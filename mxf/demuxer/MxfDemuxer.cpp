@@ -26,9 +26,16 @@ bool LoadsIndexOnDemand(const SUl& operationalPattern)
     return pattern.IsAtom() || isOp1b;
 }
 
-std::uint32_t ToField(std::int64_t frames)
+/// Frames since midnight as the records hold them: a number that does not fit, such as one below 0, counts in its day.
+std::uint32_t ToField(std::int64_t frames, const STimecode& counted)
 {
-    return static_cast<std::uint32_t>(std::clamp<std::int64_t>(frames, 0, std::numeric_limits<std::uint32_t>::max()));
+    constexpr std::int64_t kMost = std::numeric_limits<std::uint32_t>::max();
+    if (frames < 0 || frames > kMost) {
+        const std::int64_t dropped = counted.dropFrame && counted.base % 30 == 0 ? counted.base / 15 : 0; // a minute
+        const std::int64_t day = 24 * (std::int64_t{3600} * counted.base - 54 * dropped);
+        frames = day == 0 ? frames : (frames % day + day) % day;
+    }
+    return static_cast<std::uint32_t>(std::clamp<std::int64_t>(frames, 0, kMost));
 }
 
 } // namespace
@@ -370,8 +377,8 @@ int CMxfDemuxer::GetFileInfo(mxf_file_info* info)
         info->operational_pattern = info->operational_pattern << 8 | header.operationalPattern.bytes[i];
     info->complete = reader_.IsComplete() ? 1 : 0;
     info->drop_frame = timecode.start.dropFrame ? 1 : 0;
-    info->start_timecode = ToField(timecode.start.start);
-    info->source_start_timecode = ToField(timecode.sourceStart);
+    info->start_timecode = ToField(timecode.start.start, timecode.start);
+    info->source_start_timecode = ToField(timecode.sourceStart, timecode.start);
     if (model_.preface) std::ranges::copy(model_.preface->instanceUid.bytes, info->instance_uid);
     info->header_partition_status = static_cast<std::uint32_t>(header.status);
     info->marker_count = static_cast<std::uint32_t>(model_.markers.size());

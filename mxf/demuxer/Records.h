@@ -37,7 +37,7 @@ struct mxf_file_info {
     std::uint32_t operational_pattern;   ///< bytes 13 to 16 of the label, the first of them on top
     std::uint32_t complete;              ///< 1: closed, with a footer
     std::uint32_t drop_frame;            ///< 1: the start timecode drops frames
-    std::uint32_t start_timecode;        ///< frames since 00:00:00:00
+    std::uint32_t start_timecode;        ///< frames since 00:00:00:00; -1 in the file is the last frame of the day
     std::uint32_t source_start_timecode; ///< that of the file package
     std::uint8_t instance_uid[16];       ///< of the preface
     std::uint32_t

@@ -126,6 +126,32 @@ TEST(FileInfo, IsFilledFromTheHeader)
     EXPECT_EQ(info.one, 1U);
 }
 
+TEST(FileInfo, StartThatDoesNotFitCountsInItsDay)
+{
+    const struct {
+        std::int64_t start;
+        std::uint16_t base;
+        bool dropFrame;
+        std::uint32_t expected;
+    } cases[] = {
+        {-1, 25, false, 2159999},
+        {-2160001, 25, false, 2159999},
+        {-1, 30, true, 2589407},
+        {-1, 60, true, 5178815},
+        {-1, 0, false, 0},
+        {2160000, 25, false, 2160000},
+        {std::int64_t{2160000} * 10000 + 7, 25, false, 7},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(std::to_string(c.start) + " at " + std::to_string(c.base));
+        const StandardFile file{
+            .materialStart = c.start, .fileStart = c.start, .base = c.base, .dropFrame = c.dropFrame};
+        Opened opened{CompleteFile(file.Bytes())};
+        EXPECT_EQ(opened.Info().start_timecode, c.expected);
+        EXPECT_EQ(opened.Info().source_start_timecode, c.expected);
+    }
+}
+
 TEST(FileInfo, UntouchedWhileTheSizeIsTheSame)
 {
     Opened opened{CompleteFile(StandardFile{}.Bytes())};
