@@ -125,7 +125,9 @@ bool isValid(const PELRootElement& root, Console& console)
     console.beginStep();
     ValidationError fault;
     if (root.validateAndReturnError(&fault)) return true;
-    console.error("the project does not validate: " + fault.localizedDescription);
+    const bool isChecked = fault.domain == kXmllintErrorDomain && isVerdict(fault.code);
+    console.error((isChecked ? "the project does not validate: " : "the project could not be checked: ") +
+                  fault.localizedDescription);
     console.errorLines(validatorMessages(fault.userInfo["stdErr"] + fault.userInfo["stdOut"], "project"));
     console.stepFailed();
     return false;

@@ -10,7 +10,12 @@ namespace zanfcp::cli {
 class Console;
 
 /// What the process ends with.
-enum ExitCode : int { kDone = 0, kFailed = 1, kWrongUsage = 2 };
+enum ExitCode : int {
+    kDone = 0,
+    kFailed = 1,
+    kWrongUsage = 2,
+    kNotChecked = 3, ///< of validate alone: the validator could not do its work
+};
 
 /// The exit codes, as help and the manual page list them.
 inline constexpr const char* kExitCodes = "0 done, 1 failed (nothing was written), 2 wrong usage";
@@ -27,6 +32,7 @@ struct Command {
     std::string details;     ///< what its one-line description leaves open, in whole paragraphs
     std::vector<Example> examples;
     std::vector<std::string> fileTypes{}; ///< extensions of the files it takes, for shell completion
+    std::string ownExitCode{};            ///< one more than kExitCodes, and what it means
     std::function<ExitCode(Console&)> run;
 };
 

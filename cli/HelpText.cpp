@@ -48,7 +48,8 @@ std::string helpFooter(const Command& command)
     std::string text = wrapped(command.details, 0) + "\n\nExamples:\n";
     for (const Example& example : command.examples)
         text += "  " + example.line + "\n      " + example.meaning + "\n";
-    text += "\nExit codes: " + std::string(kExitCodes) + "\n";
+    text += "\nExit codes: " + std::string(kExitCodes);
+    text += (command.ownExitCode.empty() ? "" : ", " + command.ownExitCode) + "\n";
     if (command.app->get_name() == "build")
         text += "\nOptions of a project, for --set KEY=VALUE (OBJECT.KEY=VALUE inside an object) and as the keys of\n"
                 "OPTIONS.json; CUTS.json and MARKERS.json hold the lists at the end. In brackets: without the key.\n" +

@@ -94,7 +94,7 @@ std::string manualPage(const CLI::App& parent, const std::vector<Command>& comma
             "(inside an object as OBJECT.KEY). What counts without a key stands in brackets.\n" +
             keyItems(projectOptions());
     text += ".SH EXIT STATUS\n" + item("0", "done") + item("1", "failed; nothing was written") +
-            item("2", "wrong usage; nothing was written");
+            item("2", "wrong usage; nothing was written") + item("3", "not checked; of validate alone");
     text += ".SH EXAMPLES\n";
     for (const Command& command : commands) {
         if (command.app->get_group().empty()) continue;

@@ -13,27 +13,34 @@ namespace {
 
 constexpr std::size_t kMaxDocumentBytes = std::size_t{1} << 30;
 
+struct Verdict {
+    enum Kind { valid, notValid, unknown } kind = valid;
+    std::string faults; ///< lines to show; none for a valid document
+};
+
 /// Runs the tool over one document. Silence and success together are the only sign of a valid one.
-/// \return nothing for a valid document, else what to show
-std::string faultsOf(const std::string& path, const std::string& document)
+Verdict verdictOn(const std::string& path, const std::string& document)
 {
     const std::string tool = PELRootElement::xmllintPath();
     const std::string definition = definitionArgument(PELRootElement::dtdPath());
     const auto run = runChildProcess(tool, {"--nonet", "--noout", "--dtdvalid", definition, "-"}, document);
-    if (!run) return path + ": the validator did not run: " + run.error().what + "\n";
+    const std::string name = printable(path);
+    if (!run) return {Verdict::unknown, name + ": the validator did not run: " + run.error().what + "\n"};
     const std::string messages = validatorMessages(run->standardError + run->standardOutput, path);
-    if (messages.empty() && run->exitStatus != 0)
-        return path + ": the validator ended with " + std::to_string(run->exitStatus) + "\n";
-    return messages;
+    if (messages.empty() && run->exitStatus == 0) return {};
+    const std::string end = name + ": the validator ended with " + std::to_string(run->exitStatus) + "\n";
+    if (!isVerdict(run->exitStatus)) return {Verdict::unknown, messages + end};
+    return {Verdict::notValid, messages.empty() ? end : messages};
 }
 
 ExitCode validate(const std::vector<std::string>& files, Console& console)
 {
     if (PELRootElement::dtdPath().empty()) {
         console.error("the DTD to validate against was not found");
-        return kFailed;
+        return kNotChecked;
     }
     bool allValid = true;
+    bool allChecked = true;
     for (const std::string& path : files) {
         const auto document = readWholeFile(path, kMaxDocumentBytes);
         if (!document) {
@@ -41,13 +48,14 @@ ExitCode validate(const std::vector<std::string>& files, Console& console)
             allValid = false;
             continue;
         }
-        const std::string faults = faultsOf(path, *document);
-        console.print(printable(path) + (faults.empty() ? ": valid\n" : ": not valid\n"));
-        if (faults.empty()) continue;
-        allValid = false;
-        console.errorLines(faults);
+        constexpr const char* kWords[] = {": valid\n", ": not valid\n", ": not checked\n"};
+        const Verdict verdict = verdictOn(path, *document);
+        console.print(printable(path) + kWords[verdict.kind]);
+        if (!verdict.faults.empty()) console.errorLines(verdict.faults);
+        allValid = allValid && verdict.kind == Verdict::valid;
+        allChecked = allChecked && verdict.kind != Verdict::unknown;
     }
-    return allValid ? kDone : kFailed;
+    return !allChecked ? kNotChecked : allValid ? kDone : kFailed;
 }
 
 } // namespace
@@ -60,10 +68,12 @@ Command addValidate(CLI::App& parent)
     return {
         .app = app,
         .details = "Runs xmllint with the definition of version 5 of the format, which comes with this program. One "
-                   "line for each file says whether it is valid; what xmllint has to say goes to standard error. "
-                   "Nothing is fetched from the network.",
+                   "line for each file says whether it is valid; what xmllint has to say goes to standard error. A "
+                   "file is \"not checked\" where xmllint cannot be run or cannot do its work. Nothing is fetched from "
+                   "the network.",
         .examples = {{"zanfcp validate show.xml", "check one document"}},
         .fileTypes = {"xml"},
+        .ownExitCode = "3 not checked",
         .run = [files](Console& console) { return validate(*files, console); },
     };
 }

@@ -72,6 +72,14 @@ std::string definitionArgument(const std::string& dtd)
     return text.find('%') == std::string::npos ? dtd : text;
 }
 
+bool isVerdict(NSInteger exitStatus)
+{
+    constexpr NSInteger kBadDefinition = 2;
+    constexpr NSInteger kOutOfMemory = 9;
+    constexpr NSInteger kCannotBeLoaded = 126; // and 127; what is above is 128 and the number of a signal
+    return exitStatus != kBadDefinition && exitStatus != kOutOfMemory && exitStatus < kCannotBeLoaded;
+}
+
 bool validateDocument(const std::string& xmllint, const std::string& dtd, std::string_view document,
                       ValidationError* error)
 {
@@ -92,7 +100,10 @@ bool validateDocument(const std::string& xmllint, const std::string& dtd, std::s
 
     ValidationError reason{.domain = std::string(kXmllintErrorDomain),
                            .code = run->exitStatus,
-                           .localizedDescription = format("The document is not valid (xmllint %d)", run->exitStatus),
+                           .localizedDescription =
+                               format(isVerdict(run->exitStatus) ? "The document is not valid (xmllint %d)"
+                                                                 : "The validator could not do its work (xmllint %d)",
+                                      run->exitStatus),
                            .userInfo = {}};
     keepText(reason.userInfo, "stdErr", run->standardError);
     keepText(reason.userInfo, "stdOut", run->standardOutput);

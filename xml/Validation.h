@@ -27,6 +27,10 @@ struct ValidationError {
 /// that need escaping, because the validator reads it as a URL and does not find it then.
 std::string definitionArgument(const std::string& dtd);
 
+/// Whether this exit status of xmllint is about the document: it tells it from a definition that cannot be read, from
+/// want of memory and from a tool that could not be loaded or was ended by a signal.
+bool isVerdict(NSInteger exitStatus);
+
 /// Runs the validator over the text of a document.
 /// \param xmllint   path of the tool
 /// \param dtd       path of the document type definition; the tool is not started when there is no such file

@@ -59,6 +59,21 @@ TEST(Validate, NothingButAReadableValidDocumentIsDone)
     }
 }
 
+TEST(Validate, ToolThatCannotBeRunIsNoVerdict)
+{
+    const TempFolder folder;
+    const std::string good = folder.write("good.xml", document("<bin><name>A</name></bin>"));
+    folder.write("libxml2.so.2", "no library"); // the loader takes it, and gives up
+    const std::string loader = "LD_LIBRARY_PATH='" + folder.path().string() + "' ";
+    const Outcome broken = shell(loader + "$ZANFCP validate '" + good + "'");
+    EXPECT_EQ(broken.status, 3);
+    EXPECT_EQ(broken.out, good + ": not checked\n");
+    EXPECT_THAT(broken.err, HasSubstr(good + ": the validator ended with 127"));
+    const Outcome built = shell(loader + "$ZANFCP build --validate '" + sample("CAM_A.mov") + "'");
+    EXPECT_EQ(built.status, 1);
+    EXPECT_THAT(built.err, HasSubstr("the project could not be checked"));
+}
+
 TEST(Validate, DefinitionIsFoundWhateverNameTheProgramIsCalledBy)
 {
     const TempFolder folder;
