@@ -77,7 +77,7 @@ std::optional<ExtractionPlan> planExtraction(const ExtractionArguments& argument
         console.error(name + why);
         return std::nullopt;
     }
-    if (arguments.output != "-" && input != "-" && isSameFile(arguments.output, input)) {
+    if (arguments.output != "-" && isSameFile(arguments.output, input == "-" ? "/dev/stdin" : input)) {
         console.error(arguments.output + ": is the file that is read");
         return std::nullopt;
     }

@@ -43,7 +43,7 @@ bool isSameFile(const std::string& a, const std::string& b)
     struct stat one {};
     struct stat other {};
     if (::stat(a.c_str(), &one) != 0 || ::stat(b.c_str(), &other) != 0) return false;
-    return one.st_dev == other.st_dev && one.st_ino == other.st_ino;
+    return S_ISREG(one.st_mode) && one.st_dev == other.st_dev && one.st_ino == other.st_ino;
 }
 
 } // namespace zanfcp::cli

@@ -12,7 +12,8 @@ namespace zanfcp::cli {
 ///   than `maxBytes`)
 Result<std::string> readWholeFile(const std::string& path, std::size_t maxBytes);
 
-/// Whether both paths lead to the same file, through links too. False when one of them does not exist.
+/// Whether both paths lead to the same regular file, through links too, /dev/stdin for what standard input reads. False
+/// when one of them does not exist.
 bool isSameFile(const std::string& a, const std::string& b);
 
 } // namespace zanfcp::cli

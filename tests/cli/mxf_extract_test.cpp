@@ -247,6 +247,8 @@ TEST(MxfExtract, RefusalsSayWhatThereIsAndLeaveNothing)
     EXPECT_THAT(namesIn(folder), ::testing::ElementsAre("long.mxf"));
     EXPECT_THAT(zanfcp({"mxf", "extract", path, "--stream", "0", "-o", path}).err,
                 HasSubstr("is the file that is read"));
+    EXPECT_THAT(shell("$ZANFCP mxf stream - --stream 0 -o " + path + " < " + path).err,
+                HasSubstr("is the file that is read"));
     EXPECT_EQ(zanfcp({"mxf", "extract", path, "--stream", "0"}).status, 2);
     EXPECT_EQ(zanfcp({"mxf", "stream", path, "--stream", "0"}).status, 2);
     EXPECT_THAT(shell("$ZANFCP mxf extract " + path + " --stream 0 -o - > /dev/full").err,
