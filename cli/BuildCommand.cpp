@@ -206,7 +206,8 @@ void addOptions(CLI::App& app, Arguments& arguments)
 {
     app.add_option("FILE", arguments.files, "media files of one recording (.mov, .mxf), cameras and sound recorders")
         ->required()
-        ->type_name("");
+        ->type_name("")
+        ->check(notEmpty());
     app.add_option("-o,--output", arguments.output, "where the project is written; standard output without it or for -")
         ->type_name("OUT")
         ->check(notEmpty());

@@ -39,7 +39,8 @@ struct Command {
 /// What a person types to reach it, without the program's name: "build", "mxf info".
 std::string commandName(const CLI::App& app);
 
-/// Refuses an empty file name, as a shell variable that is not set gives: it must not quietly stand for another file.
+/// Refuses an empty file name or place, as a shell variable that is not set gives: it must not quietly stand for
+/// another one, or for none.
 inline CLI::Validator notEmpty()
 {
     return {[](const std::string& value) { return std::string(value.empty() ? "must not be empty" : ""); }, ""};

@@ -56,7 +56,9 @@ void addExtractionOptions(CLI::App& app, ExtractionArguments& arguments)
     app.add_option("--stream", arguments.stream, "the stream, as zanfcp mxf info numbers them")
         ->type_name("N")
         ->check(streamNumber());
-    app.add_option("-o,--output", arguments.output, "the file to write, - for standard output")->type_name("OUT");
+    app.add_option("-o,--output", arguments.output, "the file to write, - for standard output")
+        ->type_name("OUT")
+        ->check(notEmpty());
     app.add_option("--format", arguments.format, "raw or wav (as the name of OUT says)")
         ->type_name("FORMAT")
         ->check(CLI::IsMember({"raw", "wav"}).description(""));

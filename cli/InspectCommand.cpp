@@ -69,7 +69,7 @@ Command addInspect(CLI::App& parent)
 {
     auto arguments = std::make_shared<Arguments>();
     CLI::App* app = parent.add_subcommand("inspect", "Show what media files say of themselves");
-    app->add_option("FILE", arguments->files, "media files (.mov, .mxf)")->required()->type_name("");
+    app->add_option("FILE", arguments->files, "media files (.mov, .mxf)")->required()->type_name("")->check(notEmpty());
     app->add_flag("--json", arguments->json, "one JSON object a line for each file, for other programs");
     app->add_flag("--interlaced", arguments->interlaced, "take the pictures as interlaced");
     return {

@@ -178,15 +178,18 @@ Command addMxfExtract(CLI::App& group)
 {
     auto arguments = std::make_shared<Arguments>();
     CLI::App* app = group.add_subcommand("extract", "Write one stream of an MXF file as it is, or its sound as WAV");
-    app->add_option("FILE", arguments->path, "an MXF file")->required()->type_name("");
+    app->add_option("FILE", arguments->path, "an MXF file")->required()->type_name("")->check(notEmpty());
     addExtractionOptions(*app, arguments->extraction);
     app->get_option("--stream")->required();
     app->get_option("--output")->required();
     app->add_option("--from", arguments->from,
                     "the first frame: a label, frames since midnight, or +LABEL or +FRAMES "
                     "from the start of the clip")
-        ->type_name("TC");
-    app->add_option("--to", arguments->to, "the frame behind the last one, in the same way")->type_name("TC");
+        ->type_name("TC")
+        ->check(notEmpty());
+    app->add_option("--to", arguments->to, "the frame behind the last one, in the same way")
+        ->type_name("TC")
+        ->check(notEmpty());
     app->add_flag("--exact", arguments->exact,
                   "only the pictures of the range, even where they cannot be decoded without others");
     app->add_option("--timeout", arguments->timeout, "seconds to wait for more of a file that is being written (0)")

@@ -149,7 +149,7 @@ Command addMxfSamples(CLI::App& group)
 {
     auto arguments = std::make_shared<Arguments>();
     CLI::App* app = group.add_subcommand("samples", "List the samples of an MXF file: where they lie, when they play");
-    app->add_option("FILE", arguments->path, "an MXF file")->required()->type_name("");
+    app->add_option("FILE", arguments->path, "an MXF file")->required()->type_name("")->check(notEmpty());
     app->add_option("--stream", arguments->stream, "this stream alone, as zanfcp mxf info numbers them")
         ->type_name("N")
         ->check(streamNumber());

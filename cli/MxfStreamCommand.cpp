@@ -283,7 +283,10 @@ Command addMxfStream(CLI::App& group)
 {
     auto arguments = std::make_shared<Arguments>();
     CLI::App* app = group.add_subcommand("stream", "Take an MXF file apart while it comes in through a pipe");
-    app->add_option("FILE", arguments->path, "an MXF file or a pipe, - for standard input")->required()->type_name("");
+    app->add_option("FILE", arguments->path, "an MXF file or a pipe, - for standard input")
+        ->required()
+        ->type_name("")
+        ->check(notEmpty());
     addExtractionOptions(*app, arguments->extraction);
     return {
         .app = app,

@@ -64,7 +64,7 @@ Command addValidate(CLI::App& parent)
 {
     auto files = std::make_shared<std::vector<std::string>>();
     CLI::App* app = parent.add_subcommand("validate", "Check project documents against the document type definition");
-    app->add_option("FILE", *files, "project documents (.xml)")->required()->type_name("");
+    app->add_option("FILE", *files, "project documents (.xml)")->required()->type_name("")->check(notEmpty());
     return {
         .app = app,
         .details = "Runs xmllint with the definition of version 5 of the format, which comes with this program. One "

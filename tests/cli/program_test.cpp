@@ -36,6 +36,19 @@ TEST(Program, HelpTellsANewcomerWhatToType)
     }
 }
 
+TEST(Program, AnEmptyNameStandsForNothingElse)
+{
+    for (const char* line :
+         {"inspect ''", "build ''", "validate ''", "mxf samples ''", "mxf extract '' --stream 0 -o x",
+          "mxf extract x.mxf --stream 0 -o ''", "mxf extract x.mxf --stream 0 -o x --from ''",
+          "mxf extract x.mxf --stream 0 -o x --to ''", "mxf stream ''", "mxf stream x.mxf -o ''"}) {
+        SCOPED_TRACE(line);
+        const Outcome outcome = shell("$ZANFCP " + std::string(line));
+        EXPECT_EQ(outcome.status, 2);
+        EXPECT_THAT(outcome.err, HasSubstr("must not be empty"));
+    }
+}
+
 TEST(Program, WithoutACommandItShowsTheHelpAndIsWrongUsage)
 {
     const Outcome outcome = zanfcp({});
