@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <map>
+#include <optional>
 
 namespace zanfcp::cli {
 namespace {
@@ -227,6 +228,27 @@ void warnAboutLabels(const PELDictionary& options, Warnings& out)
     }
 }
 
+/// The place of the first text, such as "[3].name", that a document cannot hold as it is.
+std::optional<std::string> placeOfUncleanText(const PELValue& value)
+{
+    if (const auto* text = value.as<std::string>())
+        return cleanXmlText(*text).replaced == 0 ? std::nullopt : std::optional{std::string()};
+    if (const auto* list = value.as<PELArray>())
+        for (std::size_t i = 0; i < list->size(); ++i)
+            if (const auto place = placeOfUncleanText((*list)[i])) return "[" + std::to_string(i) + "]" + *place;
+    if (const auto* object = value.as<PELDictionary>())
+        for (const auto& [key, child] : *object)
+            if (const auto place = placeOfUncleanText(child)) return "." + key + *place;
+    return std::nullopt;
+}
+
+void warnAboutTexts(const PELDictionary& options, Warnings& out)
+{
+    for (const auto& [key, value] : options)
+        if (const auto place = placeOfUncleanText(value))
+            out.push_back(key + *place + " has characters that a document cannot hold: they are replaced");
+}
+
 /// Options that are given and do nothing.
 void warnAboutOptions(const PELDictionary& options, Warnings& out)
 {
@@ -315,6 +337,7 @@ std::vector<std::string> recordingWarnings(const Recording& recording)
     const PELArray* markers = options.arrayFor(PELMarkers);
     if (hasSequence(options) && markers != nullptr) warnAboutMarkers(recording, *markers, out);
     warnAboutLabels(options, out);
+    warnAboutTexts(options, out);
     warnAboutOptions(options, out);
     return out;
 }
