@@ -77,15 +77,18 @@ const CLI::App& usedApp(const CLI::App& app)
     return *used;
 }
 
-/// The option that was most likely meant by one that does not exist.
-std::string hintForOption(const std::string& wrongOption, const CLI::App& app)
+/// What is wrong with an option that was not taken, and which one was most likely meant.
+std::string faultOfOption(const std::string& wrongOption, const CLI::App& app)
 {
+    const std::string text = wrongOption.substr(0, wrongOption.find('='));
+    if (app.get_option_no_throw(text) != nullptr)
+        return text + " belongs behind the command: zanfcp " + commandName(app) + " " + text;
     std::vector<std::string> names;
     for (const CLI::Option* option : app.get_options())
         for (const std::string& name : option->get_lnames())
             names.push_back("--" + name);
-    const auto near = nearestName(wrongOption.substr(0, wrongOption.find('=')), names);
-    return near ? "; did you mean " + *near + "?" : "";
+    const auto near = nearestName(text, names);
+    return "there is no option " + wrongOption + (near ? "; did you mean " + *near + "?" : "");
 }
 
 ExitCode wrongUsage(const CLI::ParseError& fault, const CLI::App& app, Console& console)
@@ -102,7 +105,7 @@ ExitCode wrongUsage(const CLI::ParseError& fault, const CLI::App& app, Console& 
         if (const auto near = nearestName(spare.front(), visibleNames(used)))
             text += "; did you mean " + before + *near + "?";
     } else if (!spare.empty() && spare.front().starts_with('-') && spare.front() != "-") {
-        text = "there is no option " + spare.front() + hintForOption(spare.front(), used);
+        text = faultOfOption(spare.front(), used);
     }
     console.error(text);
     console.errorLines("Try: zanfcp " + before + "--help\n");

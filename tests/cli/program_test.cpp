@@ -76,6 +76,8 @@ TEST(Program, WrongUsageExitsWith2AndSaysWhatWasMeant)
         {{"timecode", "1", "--rate", "26"}, "zanfcp: --rate: \"26\" is none of 23.976, "},
         {{"completion", "fish"}, "fish"},
         {{"mxf"}, "zanfcp: A subcommand is required\nTry: zanfcp mxf --help\n"},
+        {{"--json", "mxf", "info", "a.mxf"},
+         "zanfcp: --json belongs behind the command: zanfcp mxf info --json\nTry: zanfcp mxf info --help\n"},
         {{"mxf", "inf"}, "zanfcp: there is no command \"mxf inf\"; did you mean mxf info?\nTry: zanfcp mxf --help\n"},
         {{"mxf", "info", "--jsn", "a.mxf"},
          "zanfcp: there is no option --jsn; did you mean --json?\nTry: zanfcp mxf info --help\n"},
