@@ -26,6 +26,7 @@ CEssenceParser::CEssenceParser(const SEssenceContext& context, std::vector<SEsse
     for (SEssenceTrack& track : tracks) {
         SLane& lane = lanes_.emplace_back();
         lane.isReordered = IsReordered(track.format);
+        lane.hasOwnFrames = HasOwnFrames(track.format);
         lane.order = MakePictureOrder(track.format);
         lane.track = std::move(track);
     }
@@ -74,7 +75,9 @@ std::int64_t CEssenceParser::ToLane(const SLane& lane, std::int64_t unit)
 {
     const SRational& rate = Rate();
     const SRational& own = lane.track.format.editRate;
-    return rate == own || !countsPackages_ ? unit : Rescale(unit, rate, own).value_or(unit);
+    if (rate == own || !countsPackages_) return unit;
+    // A package has the frames of sound that begin in its time.
+    return Rescale(unit, rate, own, lane.hasOwnFrames ? ERounding::up : ERounding::nearest).value_or(unit);
 }
 
 std::int64_t CEssenceParser::ToContainer(const SLane& lane, std::int64_t editUnit)

@@ -80,6 +80,7 @@ protected:
         SMediaStream* receiver = nullptr;
         std::int64_t expected = 0; ///< the stored edit unit that follows what was delivered; -1 after a seek
         bool isReordered = false;  ///< its pictures depend on others
+        bool hasOwnFrames = false; ///< its edit units do not begin where packages do
         std::unique_ptr<CPictureOrder> order = nullptr; ///< reads their order; null for codings that are not read
         std::int64_t ordered = -1;                      ///< the unit that `described` is of
         SPicturePlace described = {};

@@ -20,7 +20,7 @@ constexpr std::int64_t kUnitsLookedBack = kMaxKeyFrameDistance + 256;
 CMxfInterleavedParser::CMxfInterleavedParser(const SEssenceContext& context, std::vector<SEssenceTrack> tracks,
                                              bool canGoBack)
     : CEssenceParser{context, tracks, true}, reader_{context, tracks}, match_{tracks},
-      fields_(tracks.size()), canGoBack_{canGoBack}, scout_{reader_}
+      held_(tracks.size()), canGoBack_{canGoBack}, scout_{reader_}
 {
     scout_.Silence();
 }
@@ -45,7 +45,7 @@ bool CMxfInterleavedParser::IsLast(const SLane& lane, const SPiece& piece)
     if (next < stated || !Context().input.IsComplete()) return false;
     if (!covered_) // asked only now: the answer takes all index tables
         covered_ = Context().index == nullptr ? 0 : Context().index->CoveredUnits(IndexSid()).value_or(0);
-    return piece.unit < *covered_ ? piece.unit + 1 == *covered_ : next == stated;
+    return piece.unit < *covered_ ? piece.unit + 1 == *covered_ : piece.editUnit < stated;
 }
 
 CEssenceParser::SPiece CMxfInterleavedParser::PieceOfPackage(const SLane& lane)
@@ -55,35 +55,35 @@ CEssenceParser::SPiece CMxfInterleavedParser::PieceOfPackage(const SLane& lane)
     return piece;
 }
 
-/// Delivers a sample, behind the field that is held for it, if any. \return false when it is refused
+/// Delivers a sample, behind what is held for it, if anything. \return false when it is refused
 bool CMxfInterleavedParser::Hand(SLane& lane, SPiece piece)
 {
-    SFirstField& first = FieldOf(lane);
-    if (first.position >= 0) {
-        unpacked_ = first.bytes;
+    SHeld& held = HeldOf(lane);
+    if (held.position >= 0) {
+        unpacked_ = held.bytes;
         unpacked_.insert(unpacked_.end(), piece.bytes.begin(), piece.bytes.end());
         piece.bytes = unpacked_;
-        piece.position = first.position;
-        piece.isDamaged = piece.isDamaged || first.isDamaged;
+        piece.position = held.position;
+        piece.isDamaged = piece.isDamaged || held.isDamaged;
     }
     piece.isLast = IsLast(lane, piece);
     if (!Deliver(lane, piece)) return false;
-    first.position = -1;
+    held.Drop();
     ++served_;
     return true;
 }
 
-/// What is held when a package ends has lost its second field.
-bool CMxfInterleavedParser::HandSingleFields(bool& delivered)
+/// What is held when a package ends: sound is whole then, and a picture has lost its second field.
+bool CMxfInterleavedParser::HandHeld(bool& delivered)
 {
     for (SLane& lane : Lanes()) {
-        if (FieldOf(lane).position < 0) continue;
+        if (HeldOf(lane).position < 0) continue;
         if (lane.receiver == nullptr) {
-            FieldOf(lane).position = -1;
+            HeldOf(lane).Drop();
             continue;
         }
         SPiece piece = PieceOfPackage(lane);
-        piece.isDamaged = true;
+        piece.isDamaged = !lane.hasOwnFrames;
         if (!Hand(lane, piece)) return false;
         delivered = true;
     }
@@ -99,7 +99,7 @@ int CMxfInterleavedParser::Push()
     for (;;) {
         EStep step = reader_.Next();
         const bool isOver = step == EStep::end || (step == EStep::found && reader_.BeginsPackage());
-        if (isOver && !HandSingleFields(delivered)) return kRefused;
+        if (isOver && !HandHeld(delivered)) return kRefused;
         if (step != EStep::found) return delivered ? kDelivered : ToResult(step);
         if (reader_.BeginsPackage()) {
             if (delivered || (isPassing && !isHeard)) return kDelivered;
@@ -109,10 +109,12 @@ int CMxfInterleavedParser::Push()
         isPassing = true;
         SLane* const lane = LaneOf(reader_.Klv());
         const bool isPair = lane != nullptr && ElementsInEditUnit(lane->track.format) == 2;
-        const bool isSecond = isPair && reader_.SeenOfKey() > 0;
-        // A receiver that came between two fields begins with the next package.
-        if (lane == nullptr || lane->receiver == nullptr || (isSecond && FieldOf(*lane).position < 0)) {
-            if (lane != nullptr) FieldOf(*lane).position = -1;
+        const bool isGathered = lane != nullptr && lane->hasOwnFrames && reader_.HasSoundInParts();
+        const bool isFirst = reader_.SeenOfKey() == 0;
+        // A receiver that came between two elements begins with the next package.
+        const bool isLate = (isPair || isGathered) && !isFirst && HeldOf(*lane).position < 0;
+        if (lane == nullptr || lane->receiver == nullptr || isLate) {
+            if (lane != nullptr) HeldOf(*lane).Drop();
             reader_.Accept();
             continue;
         }
@@ -120,10 +122,14 @@ int CMxfInterleavedParser::Push()
         step = reader_.Load(piece.bytes, piece.isDamaged);
         if (step != EStep::found) return delivered ? kDelivered : ToResult(step);
         piece.position = reader_.Klv().value;
-        if (isPair && !isSecond) {
-            FieldOf(*lane) = {.position = piece.position,
-                              .isDamaged = piece.isDamaged,
-                              .bytes = {piece.bytes.begin(), piece.bytes.end()}};
+        if (isGathered || (isPair && isFirst)) {
+            SHeld& held = HeldOf(*lane);
+            if (isFirst) {
+                held.Drop();
+                held.position = piece.position;
+            }
+            held.isDamaged = held.isDamaged || piece.isDamaged;
+            held.bytes.insert(held.bytes.end(), piece.bytes.begin(), piece.bytes.end());
             reader_.Accept();
             continue;
         }
@@ -221,8 +227,8 @@ int CMxfInterleavedParser::Seek(mxf_dmuxer_seek& seek)
     if (!place) return kOutOfRange;
 
     reader_.GoTo(*place);
-    for (SFirstField& field : fields_)
-        field.position = -1;
+    for (SHeld& held : held_)
+        held.Drop();
     served_ = 0;
     Interrupt();
     LearnOrder(unit);

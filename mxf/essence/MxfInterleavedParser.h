@@ -16,7 +16,8 @@ namespace TamrelMxf {
 
 /// Frame wrapping: content packages one after the other, each with one element of every stream, in any order and with
 /// any of them missing (SMPTE ST 379-1). A container with a single stream is the simplest case of it. Of field-wrapped
-/// pictures that are counted in frames a package has two elements, which are delivered as one sample.
+/// pictures that are counted in frames a package has two elements, which are delivered as one sample. So are the
+/// elements that a package has of coded sound, one or several.
 class CMxfInterleavedParser : public CEssenceParser {
 public:
     /// \param canGoBack  the input still has what lies behind: false leaves everything that needs it out
@@ -36,18 +37,25 @@ protected:
 private:
     using EStep = CEssenceWalker::EStep;
 
-    /// The first of two elements that are one sample.
-    struct SFirstField {
+    /// The first of two elements that are one sample, or several of sound.
+    struct SHeld {
         std::int64_t position = -1; // -1: none is held
         bool isDamaged = false;
         std::vector<std::uint8_t> bytes;
+
+        void Drop()
+        {
+            position = -1;
+            isDamaged = false;
+            bytes.clear(); // its room is of use for the next one
+        }
     };
 
     SLane* LaneOf(const SEssenceKlv& klv);
-    SFirstField& FieldOf(const SLane& lane) { return fields_[static_cast<std::size_t>(&lane - Lanes().data())]; }
+    SHeld& HeldOf(const SLane& lane) { return held_[static_cast<std::size_t>(&lane - Lanes().data())]; }
     SPiece PieceOfPackage(const SLane& lane);
     bool Hand(SLane& lane, SPiece piece);
-    bool HandSingleFields(bool& delivered);
+    bool HandHeld(bool& delivered);
     bool IsServed() const;
     bool IsLast(const SLane& lane, const SPiece& piece);
 
@@ -61,7 +69,7 @@ private:
     std::size_t served_ = 0;              // lanes that took their sample of the package at hand
     std::optional<std::int64_t> covered_; // edit units in the index tables
     std::vector<std::uint8_t> unpacked_;  // samples of an element that holds more than them, or both fields
-    std::vector<SFirstField> fields_;     // of each lane
+    std::vector<SHeld> held_;             // of each lane
 
     // where no index table leads
     bool canGoBack_;

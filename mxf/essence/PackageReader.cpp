@@ -3,6 +3,7 @@
 #include "mxf/essence/EssenceKeys.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace TamrelMxf {
 namespace {
@@ -11,6 +12,18 @@ namespace {
 constexpr std::size_t kMostElements = 1024;
 /// Bytes of a key and a length.
 constexpr std::int64_t kShortestPackage = 17;
+/// Byte 15 of the key: frame-wrapped sound in the mapping of MPEG (SMPTE ST 381).
+constexpr std::uint8_t kFramesOfMpegSound = 0x05;
+
+/// How many frames of coded sound, an element each, begin during a picture at most.
+std::ptrdiff_t FramesInPicture(const SStreamFormat& sound, const SRational& pictureRate)
+{
+    constexpr double kShortestFrame = 1024, kUsualRate = 48'000, kMost = 16;
+    if (!HasOwnFrames(sound) || !pictureRate.IsPositive()) return 1;
+    const double sampleRate = sound.sampleRate > 0 ? sound.sampleRate : kUsualRate;
+    const double frames = std::ceil(sampleRate / kShortestFrame / pictureRate.ToDouble());
+    return static_cast<std::ptrdiff_t>(std::clamp(frames, 1.0, kMost));
+}
 
 } // namespace
 
@@ -19,6 +32,10 @@ CPackageReader::CPackageReader(const SEssenceContext& context, std::span<const S
 {
     for (const SEssenceTrack& track : tracks)
         picturesOfKey_ = std::max<std::ptrdiff_t>(picturesOfKey_, ElementsInEditUnit(track.format));
+    const auto picture = std::ranges::find(tracks, EStreamType::picture, [](const auto& t) { return t.format.type; });
+    if (picture == tracks.end()) return;
+    for (const SEssenceTrack& track : tracks)
+        soundsOfKey_ = std::max(soundsOfKey_, FramesInPicture(track.format, picture->format.editRate));
 }
 
 CPackageReader::EStep CPackageReader::Next()
@@ -45,10 +62,15 @@ bool CPackageReader::IsNewPackage() const
     if (!isOpen_ || seen_.size() >= kMostElements) return true;
     if (Klv().isSystem && hasElements_) return true;
     const std::uint32_t number = EssenceKeys::NumberOf(Klv().key);
-    const bool isPicture = EssenceKeys::ItemOf(Klv().key.bytes[12]) == EssenceKeys::EItem::picture;
-    if (SeenOfKey() >= (isPicture ? picturesOfKey_ : 1)) return true;
+    const EssenceKeys::EItem item = EssenceKeys::ItemOf(Klv().key.bytes[12]);
+    const bool isPicture = item == EssenceKeys::EItem::picture;
+    const bool isSound = item == EssenceKeys::EItem::sound && Klv().key.bytes[14] == kFramesOfMpegSound;
+    if (SeenOfKey() >= (isPicture ? picturesOfKey_ : isSound ? soundsOfKey_ : 1)) return true;
     // Without system items nothing but the order of the elements tells that one of them begins a package.
-    return !hasSystemItems_ && !seen_.empty() && Rank(number) < Rank(seen_.back());
+    if (hasSystemItems_ || seen_.empty()) return false;
+    const auto last = static_cast<std::uint8_t>(seen_.back() >> 24);
+    const bool takesTurns = isSound && SeenOfKey() > 0 && EssenceKeys::ItemOf(last) == EssenceKeys::EItem::sound;
+    return !takesTurns && Rank(number) < Rank(seen_.back());
 }
 
 /// True for an element that no package had before, but for the first one; its place in the order says nothing.

@@ -18,6 +18,7 @@ struct SUnitPlace {
 
 /// Counts the content packages of a container (SMPTE ST 379-1): each begins with its system item or, without one, with
 /// an element that does not come behind those of the package before it. So an element that is missing shifts no other.
+/// Coded sound may have an element for each of its frames, several of them in a package beside a picture.
 /// A copy goes its own way from the same place.
 class CPackageReader {
 public:
@@ -41,6 +42,8 @@ public:
     std::int64_t Unit() const { return unit_; }
     /// How many elements with the key of Klv() the package at hand has in front of it.
     std::ptrdiff_t SeenOfKey() const;
+    /// True when a package has room for several elements of coded sound with the same key.
+    bool HasSoundInParts() const { return soundsOfKey_ > 1; }
     void Silence() { walker_.Silence(); }
     std::int64_t Position() const { return walker_.Position(); }
     /// Goes to where a package begins.
@@ -54,6 +57,7 @@ private:
     const SEssenceContext* context_;
     std::uint32_t indexSid_;
     std::ptrdiff_t picturesOfKey_ = 1; // in a package, at most: two where they are fields
+    std::ptrdiff_t soundsOfKey_ = 1;   // the same: more where each is a frame of coded sound
     CEssenceWalker walker_;
     std::int64_t unit_ = -1;
     std::int64_t next_ = 0;    // the number of the package that Klv() begins

@@ -380,4 +380,11 @@ int ElementsInEditUnit(const SStreamFormat& format)
                                                                                                                    : 1;
 }
 
+bool HasOwnFrames(const SStreamFormat& format)
+{
+    const EEssenceKind kind = format.essenceKind;
+    const bool isFramed = kind == EEssenceKind::mpegAudio || kind == EEssenceKind::aac || kind == EEssenceKind::ac3;
+    return format.type == EStreamType::sound && isFramed;
+}
+
 } // namespace TamrelMxf

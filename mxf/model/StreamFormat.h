@@ -109,4 +109,7 @@ SStreamFormat DescribeStream(const SStreamLink& link);
 /// counts fields.
 int ElementsInEditUnit(const SStreamFormat& format);
 
+/// True for sound that is coded in frames whose duration is not that of a picture, such as the 24 ms of MPEG layer II.
+bool HasOwnFrames(const SStreamFormat& format);
+
 } // namespace TamrelMxf

@@ -191,7 +191,7 @@ SMarks MarksOf(const CMxfPackage& package)
 
 } // namespace
 
-std::optional<std::int64_t> Rescale(std::int64_t value, const SRational& from, const SRational& to)
+std::optional<std::int64_t> Rescale(std::int64_t value, const SRational& from, const SRational& to, ERounding rounding)
 {
     if (!from.IsPositive() || !to.IsPositive()) return std::nullopt;
     // value * to / from, as value * a / b with a and b below 2^62.
@@ -207,8 +207,9 @@ std::optional<std::int64_t> Rescale(std::int64_t value, const SRational& from, c
     // |part / b| < a; round the rest half away from zero.
     std::int64_t rounded = part / b;
     const std::int64_t rest = part % b;
-    if (rest > 0 && rest >= b - rest) ++rounded;
-    if (rest < 0 && -rest >= b + rest) --rounded;
+    const bool isNearest = rounding == ERounding::nearest;
+    if (rest > 0 && (!isNearest || rest >= b - rest)) ++rounded;
+    if (rest < 0 && isNearest && -rest >= b + rest) --rounded;
     if (__builtin_add_overflow(whole, rounded, &whole)) return std::nullopt;
     return whole;
 }

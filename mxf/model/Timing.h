@@ -7,9 +7,12 @@
 
 namespace TamrelMxf {
 
-/// A position or duration in other edit units, rounded to the nearest; nothing when a rate is not positive or the
+enum class ERounding : std::uint8_t { nearest, up };
+
+/// A position or duration in other edit units, rounded to the nearest or up; nothing when a rate is not positive or the
 /// result does not fit.
-std::optional<std::int64_t> Rescale(std::int64_t value, const SRational& from, const SRational& to);
+std::optional<std::int64_t> Rescale(std::int64_t value, const SRational& from, const SRational& to,
+                                    ERounding rounding = ERounding::nearest);
 
 /// What the index tables of a stream say together.
 struct SIndexExtent {

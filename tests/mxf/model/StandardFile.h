@@ -35,6 +35,9 @@ struct StandardFile {
     bool dropFrame = false;
     bool hasPicture = true, hasSound = true;
     std::string_view pictureContainer = "06.0E.2B.34.04.01.01.02.0D.01.03.01.02.04.60.01";
+    std::string_view soundContainer = "06.0E.2B.34.04.01.01.01.0D.01.03.01.02.06.01.00";
+    std::string_view soundCoding = {};
+    std::uint32_t soundNumber = 0x16010301;
     std::string_view pictureCoding = "06.0E.2B.34.04.01.01.03.04.01.02.02.01.04.03.00";
     std::vector<MxfSet> more = {};
 
@@ -109,7 +112,7 @@ private:
         };
         if (parts.timecode) addTrack(1, kTimecode, pictureRate, parts.picture, 0);
         if (hasPicture) addTrack(2, kPicture, pictureRate, parts.picture, 0x15010501);
-        if (hasSound) addTrack(3, kSound, soundRate, parts.sound, 0x16010301);
+        if (hasSound) addTrack(3, kSound, soundRate, parts.sound, soundNumber);
         MxfSet package(parts.className, n);
         package.Package(0x4401, n).Refs(0x4403, tracks).Text(0x4402, u"Name");
         if (n != 100) package.Ref(0x4701, n + 10 - n % 10);
@@ -135,16 +138,18 @@ private:
                            .U32(0x3202, 540)
                            .U8(0x320C, 1)
                            .Rate(0x320E, 16, 9));
-        if (hasSound)
-            header.Add(MxfSet("WaveAudioEssenceDescriptor", 212)
-                           .U32(0x3006, 3)
-                           .Rate(0x3001, soundRate.num, soundRate.den)
-                           .I64(0x3002, containerDuration)
-                           .Ul(0x3004, "06.0E.2B.34.04.01.01.01.0D.01.03.01.02.06.01.00")
-                           .Rate(0x3D03, 48000, 1)
-                           .U32(0x3D07, 1)
-                           .U32(0x3D01, 24)
-                           .U16(0x3D0A, 3));
+        if (!hasSound) return;
+        MxfSet sound("WaveAudioEssenceDescriptor", 212);
+        sound.U32(0x3006, 3)
+            .Rate(0x3001, soundRate.num, soundRate.den)
+            .I64(0x3002, containerDuration)
+            .Ul(0x3004, soundContainer)
+            .Rate(0x3D03, 48000, 1)
+            .U32(0x3D07, 1)
+            .U32(0x3D01, 24)
+            .U16(0x3D0A, 3);
+        if (!soundCoding.empty()) sound.Ul(0x3D06, soundCoding);
+        header.Add(sound);
     }
 };
 
