@@ -49,6 +49,7 @@ std::span<const std::uint64_t> CAccessUnitSplitter::Push(std::span<const std::ui
         from = at;
     }
     Collect(bytes.subspan(from));
+    LookAhead();
     position_ += bytes.size();
     return found_;
 }
@@ -70,6 +71,17 @@ void CAccessUnitSplitter::Collect(std::span<const std::uint8_t> bytes)
     const std::size_t count = std::min(needed - nal_.size(), bytes.size());
     nal_.insert(nal_.end(), bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(count));
     if (nal_.size() == needed) LookAtHead();
+}
+
+/// What there is of a slice may be enough: the next bytes may take their time to come, or never do.
+void CAccessUnitSplitter::LookAhead()
+{
+    if (!isInNal_ || isLookedAt_ || nal_.empty() || !HasSliceHeader(static_cast<ENalType>(nal_[0] & 0x1F))) return;
+    std::span<const std::uint8_t> head{nal_};
+    while (!head.empty() && head.back() == 0) // may belong to the next start code
+        head = head.first(head.size() - 1);
+    SAvcSliceHeader slice;
+    if (slice.Parse(head, sets_) == kSuccess) LookAtHead();
 }
 
 void CAccessUnitSplitter::BeginNal(std::uint64_t start)

@@ -41,6 +41,7 @@ public:
 
 private:
     void Collect(std::span<const std::uint8_t> bytes);
+    void LookAhead();
     void BeginNal(std::uint64_t start);
     void LookAtHead();
     void LookAtWhole();

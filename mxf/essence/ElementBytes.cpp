@@ -49,7 +49,8 @@ void CElementBytes::Refresh()
     if (!isOpen_ || isUnsure_) {
         const bool isBare = std::cmp_less(limit - end, SKlvHeader::kProbeSize); // nothing that could be told from a key
         isUnsure_ = !hasEnd || (stated_ == 0 && isBare && !context_->input.IsComplete());
-        isOpen_ = isUnsure_ || (!isBare && !IsKeyAt(end));
+        isFollowed_ = !isBare && IsKeyAt(end);
+        isOpen_ = isUnsure_ || (!isBare && !isFollowed_);
     }
     part.length = isOpen_ ? limit - part.value : stated_;
 }

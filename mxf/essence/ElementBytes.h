@@ -32,6 +32,8 @@ public:
     bool Append(const SEssenceKlv& klv);
     /// True when the last element goes on for as long as the essence does: nothing follows it.
     bool IsOpen() const { return isOpen_; }
+    /// True when the last element is whole: another key follows it.
+    bool IsClosed() const { return !isOpen_ && isFollowed_; }
     /// True when the partition that ends an open element was met.
     bool IsEnded() const { return isEnded_; }
     /// Looks how far an open element reaches by now, and whether a closed one turns out to be too short.
@@ -59,6 +61,7 @@ private:
     std::int64_t stated_ = 0; // length of the last element, as its KLV says
     bool isOpen_ = false;
     bool isUnsure_ = false; // open only because its end, or what follows, is not there yet
+    bool isFollowed_ = false;
     bool isEnded_ = false;
     std::vector<std::uint8_t> joined_;
 };

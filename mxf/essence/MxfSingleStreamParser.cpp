@@ -126,6 +126,13 @@ CEssenceWalker::EStep CMxfSingleStreamParser::BeginOf(SLane& lane, std::int64_t 
     }
 }
 
+/// True when the last edit unit that begins in the row ends with it, whatever is still to come.
+bool CMxfSingleStreamParser::EndsWithUnit(const SLane& lane)
+{
+    const SRow& row = RowOf(lane);
+    return lane.track.format.wrapping != EWrapping::custom && row.bytes.IsClosed() && row.cutter->FindsAll();
+}
+
 /// Where edit units lie. The last ones may be fewer than asked for.
 CEssenceWalker::EStep CMxfSingleStreamParser::Locate(SLane& lane, std::int64_t from, std::int64_t to, SSpan& span)
 {
@@ -137,7 +144,11 @@ CEssenceWalker::EStep CMxfSingleStreamParser::Locate(SLane& lane, std::int64_t f
     step = Extend(row, span.begin);
     if (step != EStep::found) return step;
 
-    const EStep next = BeginOf(lane, to, span.end);
+    EStep next = BeginOf(lane, to, span.end);
+    if (next == EStep::needsData && to == from + 1 && EndsWithUnit(lane)) {
+        span.end = row.bytes.Size();
+        next = EStep::found;
+    }
     if (next == EStep::needsData || next == EStep::failed) return next;
     if (next == EStep::found && span.end <= span.begin) return EStep::end; // an index that goes back
     // One byte more shows whether anything follows; the sample does not wait for that.

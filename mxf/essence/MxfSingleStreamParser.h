@@ -58,6 +58,7 @@ private:
     bool WaitForMore(CElementBytes& bytes, std::int64_t count);
     EStep Extend(SRow& row, std::int64_t size, bool isWaiting = true);
     EStep BeginOf(SLane& lane, std::int64_t unit, std::int64_t& begin);
+    bool EndsWithUnit(const SLane& lane);
     EStep Locate(SLane& lane, std::int64_t from, std::int64_t to, SSpan& span);
     EStep Offer(SLane& lane, bool& isTaken);
 

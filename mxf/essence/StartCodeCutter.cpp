@@ -68,6 +68,7 @@ public:
         return unit < 0 ? std::nullopt : std::optional{begins_[static_cast<std::size_t>(unit)]};
     }
     bool NeedsRow() const override { return true; }
+    bool FindsAll() const override { return true; }
     bool Finish() override
     {
         if (std::exchange(isFinished_, true)) return false;

@@ -17,6 +17,7 @@ class CStartCodeCutter : public CUnitCutter {
 public:
     std::optional<std::int64_t> Begin(CElementBytes& bytes, std::int64_t unit) override;
     bool NeedsRow() const override { return true; }
+    bool FindsAll() const override { return true; }
 
 protected:
     /// Bytes of a start code and behind it that are looked at.

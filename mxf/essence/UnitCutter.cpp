@@ -96,6 +96,7 @@ public:
         return first < parts.size() ? std::optional{parts[first].begin} : std::nullopt;
     }
     bool NeedsRow() const override { return true; }
+    bool FindsAll() const override { return true; }
 
 private:
     std::size_t elements_; // of an edit unit

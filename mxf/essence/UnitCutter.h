@@ -25,6 +25,8 @@ public:
     virtual std::int64_t UnitsIn(std::int64_t /*count*/) const { return 1; }
     /// True when the row itself is looked through: then what was not found is not there.
     virtual bool NeedsRow() const { return false; }
+    /// True when Begin knows all that begin in the row as far as that is there.
+    virtual bool FindsAll() const { return false; }
     /// Tells that the row ends where it ends now. \return true when Begin may know more than before
     virtual bool Finish() { return false; }
 

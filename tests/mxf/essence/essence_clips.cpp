@@ -112,4 +112,52 @@ TEST(ClipOfAvc, HasTheEditUnitsOfTheFrameWrappedFile)
     }
 }
 
+/// What a recording that broke off, or a length that is damaged, leaves of the one element of a file. Whether a picture
+/// is whole shows only where the next one begins, or another key.
+TEST(ClipThatIsCut, LosesNoPictureThatIsKnownToBeWhole)
+{
+    const zanfcp::test::TempFolder folder;
+    const std::string raw = folder.file("a.es");
+    for (const std::string coding : {"mpeg2video -bf 2 -g 6 -f mpeg2video", "libx264 -bf 2 -g 10 -f h264"}) {
+        ASSERT_TRUE(zanfcp::test::succeeds("ffmpeg -nostdin -y -f lavfi -i testsrc2=s=160x128:r=25:d=0.8 -c:v " +
+                                           coding + " " + raw));
+        const std::string content = zanfcp::test::readFile(raw);
+        const Bytes stream{content.begin(), content.end()};
+        Built built = AvcClip(stream);
+        if (coding.starts_with("mpeg")) {
+            built.standard = {.hasSound = false};
+            built.standard.pictureContainer = "06.0E.2B.34.04.01.01.02.0D.01.03.01.02.04.60.02";
+        }
+        const Bytes whole = built.File();
+        Playing intact{whole};
+        const std::vector<Bytes> pictures = PicturesOf(intact);
+        ASSERT_EQ(pictures.size(), 20U);
+        const auto begin = std::ranges::search(whole, stream).begin() - whole.begin();
+        const auto end = begin + std::ssize(stream);
+        const auto last = std::ssize(pictures.back());
+        struct Cut {
+            const char* name;
+            std::ptrdiff_t end;
+            bool isLengthTooLong;
+            std::size_t found;
+        };
+        const Cut cuts[] = {{"in the footer", end + 40, false, 20},
+                            {"in the last picture", end - last / 2, false, 19},
+                            {"in front of it", end - last, false, 18},
+                            {"a length beyond the file", std::ssize(whole), true, 20},
+                            {"both", end - last / 2, true, 19}};
+        for (const Cut& c : cuts) {
+            SCOPED_TRACE(coding + ": " + c.name);
+            Bytes file{whole.begin(), whole.begin() + c.end};
+            if (c.isLengthTooLong) file[static_cast<std::size_t>(begin) - 3] = 0x7F;
+            Playing playing{file};
+            EXPECT_EQ(playing.PlayAll(), c.end == std::ssize(whole) ? kEnded : kNeedsData);
+            const std::vector<Taken>& found = playing.streams[0].taken;
+            ASSERT_EQ(found.size(), c.found);
+            for (std::size_t i = 0; i < c.found; ++i)
+                EXPECT_EQ(found[i].bytes, pictures[i]) << i;
+        }
+    }
+}
+
 } // namespace
