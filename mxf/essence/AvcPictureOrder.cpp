@@ -36,10 +36,14 @@ std::optional<SPicturePlace> CAvcPictureOrder::Describe(std::span<const std::uin
     }
     const std::int32_t count = found.order.Count();
     // A picture that decoding can start from also begins the counting where nothing in front of it is known.
-    if (found.startsSequence || (!anchor_ && (known || found.isKeyFrame)))
+    if (!anchor_ && IsFirst() && !found.isKeyFrame && !found.startsSequence)
+        anchor_ = {
+            .displayed = FirstInGroup(stored, found.type == EAvcPictureType::b), .count = count, .slack = kMostLeading};
+    else if (found.startsSequence || (!anchor_ && (known || found.isKeyFrame)))
         anchor_ = {.displayed = found.startsSequence ? stored : known.value_or(stored),
                    .count = count,
                    .slack = found.startsSequence ? 0 : kMostLeading};
+    Count(stored);
     SPicturePlace place{.displayed = std::nullopt, .isKey = found.isKeyFrame};
     if (found.reorderFrames == 0)
         place.displayed = stored;

@@ -150,7 +150,7 @@ CEssenceParser::STimes CEssenceParser::TimesOf(SLane& lane, std::int64_t unit, s
         }
     } else if (lane.order != nullptr && !bytes.empty()) {
         if (lane.ordered != unit) {
-            lane.described = lane.order->Describe(bytes, unit).value_or(SPicturePlace{.displayed = unit});
+            lane.described = lane.order->Describe(bytes, unit).value_or(kUnreadable);
             lane.ordered = unit;
         }
         times.displayed = lane.described.displayed.value_or(unit);
@@ -163,7 +163,7 @@ CEssenceParser::STimes CEssenceParser::TimesOf(SLane& lane, std::int64_t unit, s
 
 void CEssenceParser::Note(SWalkedUnit& met, std::int64_t unit, const std::optional<SPicturePlace>& order)
 {
-    met.isKey = order ? order->isKey : unit == 0;
+    met.isKey = order ? order->isKey : unit == 0; // where nothing reads the order
     if (order && order->displayed) met.shift = static_cast<std::int32_t>(*order->displayed - unit);
 }
 

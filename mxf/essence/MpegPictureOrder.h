@@ -11,15 +11,16 @@ public:
     /// One: a picture that is used for prediction is shown after the B pictures that follow it. None when the sequence
     /// says that it has no B pictures.
     std::int64_t Delay() const override { return isLowDelay_ ? 0 : 1; }
-    /// The group tells where its pictures are shown, from its first one on.
-    void Restart(std::optional<std::int64_t> /*displayed*/) override
+    void Restart(std::optional<std::int64_t> displayed) override
     {
         groupStart_.reset();
+        known_ = displayed;
         Forget();
     }
 
 private:
     std::optional<std::int64_t> groupStart_; // the stored unit that the group began with
+    std::optional<std::int64_t> known_;      // where the next picture is shown
     bool isLowDelay_ = false;
 };
 

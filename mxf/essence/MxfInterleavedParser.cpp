@@ -159,8 +159,9 @@ const SWalkedUnit* CMxfInterleavedParser::Walk(SLane& /*lane*/, std::int64_t uni
         if (lane != nullptr && lane->isReordered && scout_.SeenOfKey() == 0) {
             if (!scoutOrder_) scoutOrder_ = MakePictureOrder(lane->track.format);
             SWalkedUnit& met = Walked().Last();
-            Note(met, scout_.Unit(),
-                 scoutOrder_ ? scoutOrder_->Describe(Head(scout_.Klv()), scout_.Unit()) : std::nullopt);
+            std::optional<SPicturePlace> place;
+            if (scoutOrder_) place = scoutOrder_->Describe(Head(scout_.Klv()), scout_.Unit()).value_or(kUnreadable);
+            Note(met, scout_.Unit(), place);
         }
         scout_.Accept();
     }

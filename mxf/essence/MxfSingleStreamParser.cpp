@@ -232,7 +232,9 @@ const SWalkedUnit* CMxfSingleStreamParser::Walk(SLane& lane, std::int64_t unit)
         if (Locate(lane, next, next + 1, span) != EStep::found) break;
         SWalkedUnit met{.unit = next, .position = -1, .streamOffset = span.begin};
         const auto bytes = row.bytes.View(span.begin, std::min(kHead, static_cast<std::size_t>(span.end - span.begin)));
-        if (lane.isReordered) Note(met, next, row.order ? row.order->Describe(bytes, next) : std::nullopt);
+        std::optional<SPicturePlace> place;
+        if (row.order) place = row.order->Describe(bytes, next).value_or(kUnreadable);
+        if (lane.isReordered) Note(met, next, place);
         if (!Walked().Add(met)) break;
     }
     return Walked().Find(unit);

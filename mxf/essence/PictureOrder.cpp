@@ -10,12 +10,6 @@ namespace TamrelMxf {
 
 CPictureOrder::~CPictureOrder() = default;
 
-std::int64_t CPictureOrder::CountLost(std::int64_t stored)
-{
-    const std::int64_t expected = std::exchange(next_, stored + 1);
-    return expected < 0 ? 0 : stored - expected;
-}
-
 bool CPictureOrder::IsPlausible(std::int64_t displayed, std::int64_t stored, std::int64_t slack) const
 {
     constexpr std::int64_t kMostAhead = 16; // pictures that a decoder holds at most
@@ -26,9 +20,10 @@ std::optional<SPicturePlace> CMpegPictureOrder::Describe(std::span<const std::ui
 {
     constexpr std::uint8_t kPicture = 0x00, kExtension = 0xB5, kGroup = 0xB8;
     constexpr std::uint8_t kSequenceExtension = 1;
-    constexpr unsigned kIntra = 1;
+    constexpr unsigned kIntra = 1, kBidirectional = 3;
     constexpr std::size_t kNeeded = 3 + 7; // a start code and what is looked at behind it
     const std::int64_t lost = CountLost(stored);
+    const auto known = std::exchange(known_, std::nullopt);
     for (std::size_t at = FindStartCode(picture, 0); at + kNeeded <= picture.size();
          at = FindStartCode(picture, at + 3)) {
         const std::uint8_t* const code = picture.data() + at + 3;
@@ -36,11 +31,15 @@ std::optional<SPicturePlace> CMpegPictureOrder::Describe(std::span<const std::ui
         if (*code == kGroup) groupStart_ = stored;
         if (*code != kPicture) continue;
         const int reference = code[1] << 2 | code[2] >> 6;
-        const bool isKey = ((code[2] >> 3) & 7U) == kIntra;
+        const unsigned type = (code[2] >> 3) & 7U;
+        const bool isKey = type == kIntra;
         SPicturePlace order{.displayed = std::nullopt, .isKey = isKey};
         if (lost != 0 && groupStart_ && !IsPlausible(*groupStart_ + reference, stored)) groupStart_.reset();
         // The only picture that is lost has begun the group.
         if (lost == 1 && !groupStart_ && IsPlausible(stored - 1 + reference, stored)) groupStart_ = stored - 1;
+        if (known && !groupStart_) groupStart_ = *known - reference;
+        if (IsFirst() && !groupStart_) groupStart_ = FirstInGroup(stored, type == kBidirectional) - reference;
+        Count(stored);
         if (groupStart_) order.displayed = *groupStart_ + reference;
         return order;
     }

@@ -17,6 +17,9 @@ struct SPicturePlace {
     bool isKey = true; ///< decoding can start here
 };
 
+/// What is taken for the place of a picture whose headers cannot be read.
+inline constexpr SPicturePlace kUnreadable{.displayed = std::nullopt, .isKey = false};
+
 /// The order in which pictures are shown, read from their own headers, for files whose index tables do not tell.
 /// Pictures come in stored order, each once.
 class CPictureOrder {
@@ -39,15 +42,31 @@ public:
 protected:
     CPictureOrder() = default;
 
-    /// Pictures that are lost in front of this one; 0 right behind Forget.
-    std::int64_t CountLost(std::int64_t stored);
-    void Forget() { next_ = -1; }
+    /// Pictures that are lost or could not be read in front of this one; 0 right behind Forget.
+    std::int64_t CountLost(std::int64_t stored) const { return next_ < 0 ? 0 : stored - next_; }
+    /// Tells that this one was read.
+    void Count(std::int64_t stored)
+    {
+        next_ = stored + 1;
+        isFirst_ = false;
+    }
+    void Forget()
+    {
+        next_ = -1;
+        isFirst_ = false;
+    }
+    /// True until a picture of a stream that is read from its beginning was counted.
+    bool IsFirst() const { return isFirst_; }
+    /// Where the first picture of all is shown, when it stands inside a group: in front of or at its stored position,
+    /// so that none behind the group takes the same place.
+    std::int64_t FirstInGroup(std::int64_t stored, bool isB) const { return stored - (isB ? Delay() : 0); }
     /// Whether a decoder could show the picture there: false when counting has begun anew unseen.
     /// \param slack  pictures that may have been missing where counting began
     bool IsPlausible(std::int64_t displayed, std::int64_t stored, std::int64_t slack = 0) const;
 
 private:
     std::int64_t next_ = 0; // the stored unit that follows without a gap
+    bool isFirst_ = true;
 };
 
 /// True for pictures that may depend on others, and be shown in another order than they are stored in.
