@@ -40,6 +40,12 @@ CEssenceParser::SLane* CEssenceParser::FindLane(std::uint32_t stream)
     return found == lanes_.end() ? nullptr : &*found;
 }
 
+CEssenceParser::SLane& CEssenceParser::LeadingLane()
+{
+    const auto found = std::ranges::find(lanes_, true, &SLane::isReordered);
+    return found == lanes_.end() ? lanes_.front() : *found;
+}
+
 int CEssenceParser::AddStream(std::uint32_t stream, SMediaStream* receiver)
 {
     if (receiver == nullptr) return kNullArgument;
@@ -101,8 +107,10 @@ std::optional<SIndexedUnit> CEssenceParser::FindOrdered(const SLane& lane, std::
     auto indexed = FindIndexed(unit);
     if (!indexed || lane.order == nullptr) return indexed;
     const SStreamFormat& format = lane.track.format;
-    if (!isOrderIndexed_ && format.essenceKind == EEssenceKind::avc)
-        isOrderIndexed_ = format.reorderDepth == 0 || context_.index->ReorderDelay(IndexSid()) > 0;
+    if (format.essenceKind == EEssenceKind::avc) {
+        if (format.reorderDepth == 0) return indexed;
+        if (!isOrderIndexed_) isOrderIndexed_ = context_.index->ReorderDelay(IndexSid()) > 0;
+    }
     return isOrderIndexed_.value_or(true) ? indexed : std::nullopt;
 }
 
@@ -129,8 +137,8 @@ void CEssenceParser::LearnOrder(std::int64_t unit)
     isOrderIndexed_ = true;
     if (context_.index->ReorderDelay(IndexSid()) > 0) return;
     (void)Walk(*lane, kFirst - 1);
-    for (std::int64_t first = 0; first < std::min(kFirst, walked_.Count()); ++first)
-        if (walked_.Find(first)->shift != 0) isOrderIndexed_ = false;
+    for (std::int64_t first = 0; first < std::min(kFirst, WalkedOf(*lane).Count()); ++first)
+        if (WalkedOf(*lane).Find(first)->shift != 0) isOrderIndexed_ = false;
 }
 
 CEssenceParser::STimes CEssenceParser::TimesOf(SLane& lane, std::int64_t unit, std::span<const std::uint8_t> bytes)
@@ -142,11 +150,11 @@ CEssenceParser::STimes CEssenceParser::TimesOf(SLane& lane, std::int64_t unit, s
     times.isKey = indexed ? indexed->isKey : unit == 0; // where nothing tells of the others
     if (ordered) {
         times.displayed = ordered->displayed;
-        if (!delay_ && (lane.order == nullptr || !bytes.empty())) {
+        if (!lane.delay && (lane.order == nullptr || !bytes.empty())) {
             // As much as the stream allows: so a stream that is pushed, without its tables, has the same times.
             if (lane.order != nullptr) (void)lane.order->Describe(bytes, unit);
             const std::int64_t allowed = lane.order != nullptr ? lane.order->Delay() : 0;
-            delay_ = std::max(context_.index->ReorderDelay(IndexSid()), allowed);
+            lane.delay = std::max(context_.index->ReorderDelay(IndexSid()), allowed);
         }
     } else if (lane.order != nullptr && !bytes.empty()) {
         if (lane.ordered != unit) {
@@ -155,9 +163,9 @@ CEssenceParser::STimes CEssenceParser::TimesOf(SLane& lane, std::int64_t unit, s
         }
         times.displayed = lane.described.displayed.value_or(unit);
         if (!indexed) times.isKey = lane.described.isKey;
-        if (!delay_) delay_ = lane.order->Delay();
+        if (!lane.delay) lane.delay = lane.order->Delay();
     }
-    times.delay = delay_ ? *delay_ : ordered ? context_.index->ReorderDelay(IndexSid()) : 0;
+    times.delay = lane.delay ? *lane.delay : ordered ? context_.index->ReorderDelay(IndexSid()) : 0;
     return times;
 }
 
@@ -177,7 +185,7 @@ std::int64_t CEssenceParser::StoredAt(SLane& lane, std::int64_t displayed)
     }
     constexpr std::int64_t kLookAhead = 64; // a picture is stored soon after its turn, if not before
     (void)Walk(lane, displayed + kLookAhead);
-    return walked_.StoredAt(displayed);
+    return WalkedOf(lane).StoredAt(displayed);
 }
 
 std::int64_t CEssenceParser::KeyFrameOf(SLane& lane, std::int64_t unit)
@@ -185,7 +193,7 @@ std::int64_t CEssenceParser::KeyFrameOf(SLane& lane, std::int64_t unit)
     if (!lane.isReordered) return unit;
     // A table without the order does not know of pictures that are shown before the key frame in front of them.
     if (const auto ordered = FindOrdered(lane, unit)) return ordered->keyFrame;
-    return Walk(lane, unit) == nullptr ? unit : walked_.KeyFrameOf(unit);
+    return Walk(lane, unit) == nullptr ? unit : WalkedOf(lane).KeyFrameOf(unit);
 }
 
 std::int64_t CEssenceParser::TargetOf(SLane& lane, const mxf_dmuxer_seek& seek)

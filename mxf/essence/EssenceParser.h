@@ -84,6 +84,8 @@ protected:
         std::unique_ptr<CPictureOrder> order = nullptr; ///< reads their order; null for codings that are not read
         std::int64_t ordered = -1;                      ///< the unit that `described` is of
         SPicturePlace described = {};
+        std::optional<std::int64_t> delay = {}; ///< of decoding; fixed by the first sample
+        CWalkedUnits walked = {};               ///< see WalkedOf
     };
     /// One sample before its times are known.
     struct SPiece {
@@ -123,10 +125,12 @@ protected:
     void LearnOrder(std::int64_t unit);
     /// \param bytes  of the sample; empty when only the index tables can tell
     STimes TimesOf(SLane& lane, std::int64_t unit, std::span<const std::uint8_t> bytes);
-    /// The unit as a walk from the beginning of the container on meets it, noted in Walked(): for what no index table
-    /// covers. \return null where the essence ends before
+    /// The unit as a walk from the beginning of the container on meets it, noted in WalkedOf(lane): for what no index
+    /// table covers. \return null where the essence ends before
     virtual const SWalkedUnit* Walk(SLane& lane, std::int64_t unit) = 0;
-    CWalkedUnits& Walked() { return walked_; }
+    /// The lane whose list the lanes without an order of their own share.
+    SLane& LeadingLane();
+    CWalkedUnits& WalkedOf(SLane& lane) { return (lane.isReordered ? lane : LeadingLane()).walked; }
     static void Note(SWalkedUnit& met, std::int64_t unit, const std::optional<SPicturePlace>& order);
     /// The stored edit unit that is shown at a position, both of the container; -1 when there is none.
     std::int64_t StoredAt(SLane& lane, std::int64_t displayed);
@@ -153,11 +157,9 @@ private:
     const SEssenceContext& context_;
     std::vector<SLane> lanes_;
     bool countsPackages_;
-    CWalkedUnits walked_;
     SRational rate_; // fixed by the first question
     std::optional<bool> isOrderIndexed_;
     std::optional<std::int64_t> learntAt_; // the unit that LearnOrder looked around
-    std::optional<std::int64_t> delay_;    // fixed by the first sample
 };
 
 /// The parser for the essence of one BodySID, chosen from operational pattern, container labels, wrapping and, where

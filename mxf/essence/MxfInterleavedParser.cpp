@@ -20,7 +20,7 @@ constexpr std::int64_t kUnitsLookedBack = kMaxKeyFrameDistance + 256;
 CMxfInterleavedParser::CMxfInterleavedParser(const SEssenceContext& context, std::vector<SEssenceTrack> tracks,
                                              bool canGoBack)
     : CEssenceParser{context, tracks, true}, reader_{context, tracks}, match_{tracks},
-      held_(tracks.size()), canGoBack_{canGoBack}, scout_{reader_}
+      held_(tracks.size()), canGoBack_{canGoBack}, scout_{reader_}, scoutOrders_(tracks.size())
 {
     scout_.Silence();
 }
@@ -145,7 +145,7 @@ int CMxfInterleavedParser::Push()
     }
 }
 
-const SWalkedUnit* CMxfInterleavedParser::Walk(SLane& /*lane*/, std::int64_t unit)
+const SWalkedUnit* CMxfInterleavedParser::Walk(SLane& lane, std::int64_t unit)
 {
     if (!canGoBack_) return nullptr;
     while (scout_.Unit() <= unit && scout_.Next() == EStep::found) {
@@ -153,19 +153,22 @@ const SWalkedUnit* CMxfInterleavedParser::Walk(SLane& /*lane*/, std::int64_t uni
             scout_.BeginPackage();
             const SWalkedUnit met{
                 .unit = scout_.Unit(), .position = scout_.Klv().position, .streamOffset = scout_.Klv().streamOffset};
-            if (Walked().Count() <= met.unit && !Walked().Add(met)) return nullptr;
+            for (SLane& any : Lanes()) {
+                if (!any.isReordered && &any != &LeadingLane()) continue;
+                if (any.walked.Count() <= met.unit && !any.walked.Add(met)) return nullptr;
+            }
         }
-        SLane* const lane = LaneOf(scout_.Klv());
-        if (lane != nullptr && lane->isReordered && scout_.SeenOfKey() == 0) {
-            if (!scoutOrder_) scoutOrder_ = MakePictureOrder(lane->track.format);
-            SWalkedUnit& met = Walked().Last();
+        SLane* const found = LaneOf(scout_.Klv());
+        if (found != nullptr && found->isReordered && scout_.SeenOfKey() == 0) {
+            auto& order = scoutOrders_[IndexOf(*found)];
+            if (!order) order = MakePictureOrder(found->track.format);
             std::optional<SPicturePlace> place;
-            if (scoutOrder_) place = scoutOrder_->Describe(Head(scout_.Klv()), scout_.Unit()).value_or(kUnreadable);
-            Note(met, scout_.Unit(), place);
+            if (order) place = order->Describe(Head(scout_.Klv()), scout_.Unit()).value_or(kUnreadable);
+            Note(found->walked.Last(), scout_.Unit(), place);
         }
         scout_.Accept();
     }
-    return Walked().Find(unit);
+    return WalkedOf(lane).Find(unit);
 }
 
 /// As many of the first bytes of a value as the headers of a picture take.
@@ -200,21 +203,27 @@ std::optional<SUnitPlace> CMxfInterleavedParser::Locate(std::int64_t unit)
 /// Lets the pictures in front of `unit` be looked at, so that the order of those behind it is known.
 void CMxfInterleavedParser::Prime(std::int64_t unit)
 {
-    const auto lane = std::ranges::find_if(Lanes(), [](const SLane& any) { return any.order != nullptr; });
-    if (lane == Lanes().end() || FindOrdered(*lane, unit) || Walk(*lane, unit) == nullptr) return;
-    const SWalkedUnit key = *Walked().Find(Walked().KeyFrameOf(unit));
-    lane->order->Restart(key.unit + key.shift);
+    std::vector<std::int64_t> from(Lanes().size(), unit); // the key frame of each stream
+    std::optional<SWalkedUnit> first;
+    for (SLane& lane : Lanes()) {
+        if (lane.order == nullptr || FindOrdered(lane, unit) || Walk(lane, unit) == nullptr) continue;
+        const SWalkedUnit key = *lane.walked.Find(lane.walked.KeyFrameOf(unit));
+        lane.order->Restart(key.unit + key.shift);
+        from[IndexOf(lane)] = key.unit;
+        if (!first || key.unit < first->unit) first = key;
+    }
+    if (!first) return;
     CPackageReader reader = reader_;
     reader.Silence();
-    reader.GoTo({.unit = key.unit, .position = key.position, .streamOffset = key.streamOffset});
+    reader.GoTo({.unit = first->unit, .position = first->position, .streamOffset = first->streamOffset});
     while (reader.Next() == EStep::found) {
         if (reader.BeginsPackage()) {
             if (reader.Unit() + 1 >= unit) return;
             reader.BeginPackage();
         }
         SLane* const met = LaneOf(reader.Klv());
-        const bool isFirst = reader.SeenOfKey() == 0;
-        if (met != nullptr && met->order != nullptr && isFirst) (void)TimesOf(*met, reader.Unit(), Head(reader.Klv()));
+        const bool isAsked = met != nullptr && met->order != nullptr && reader.Unit() >= from[IndexOf(*met)];
+        if (isAsked && reader.SeenOfKey() == 0) (void)TimesOf(*met, reader.Unit(), Head(reader.Klv()));
         reader.Accept();
     }
 }

@@ -52,7 +52,8 @@ private:
     };
 
     SLane* LaneOf(const SEssenceKlv& klv);
-    SHeld& HeldOf(const SLane& lane) { return held_[static_cast<std::size_t>(&lane - Lanes().data())]; }
+    std::size_t IndexOf(const SLane& lane) const { return static_cast<std::size_t>(&lane - Lanes().data()); }
+    SHeld& HeldOf(const SLane& lane) { return held_[IndexOf(lane)]; }
     SPiece PieceOfPackage(const SLane& lane);
     bool Hand(SLane& lane, SPiece piece);
     bool HandHeld(bool& delivered);
@@ -73,8 +74,8 @@ private:
 
     // where no index table leads
     bool canGoBack_;
-    CPackageReader scout_; // walks from the beginning
-    std::unique_ptr<CPictureOrder> scoutOrder_;
+    CPackageReader scout_;                                    // walks from the beginning
+    std::vector<std::unique_ptr<CPictureOrder>> scoutOrders_; // of each lane
 };
 
 /// The same for essence that is pushed. It never goes back.

@@ -227,7 +227,7 @@ const SWalkedUnit* CMxfSingleStreamParser::Walk(SLane& lane, std::int64_t unit)
     constexpr std::size_t kHead = std::size_t{64} << 10;
     SRow& row = RowOf(lane);
     if (!row.order) row.order = MakePictureOrder(lane.track.format);
-    for (std::int64_t next = Walked().Count(); next <= unit; ++next) {
+    for (std::int64_t next = WalkedOf(lane).Count(); next <= unit; ++next) {
         SSpan span;
         if (Locate(lane, next, next + 1, span) != EStep::found) break;
         SWalkedUnit met{.unit = next, .position = -1, .streamOffset = span.begin};
@@ -235,9 +235,9 @@ const SWalkedUnit* CMxfSingleStreamParser::Walk(SLane& lane, std::int64_t unit)
         std::optional<SPicturePlace> place;
         if (row.order) place = row.order->Describe(bytes, next).value_or(kUnreadable);
         if (lane.isReordered) Note(met, next, place);
-        if (!Walked().Add(met)) break;
+        if (!WalkedOf(lane).Add(met)) break;
     }
-    return Walked().Find(unit);
+    return WalkedOf(lane).Find(unit);
 }
 
 int CMxfSingleStreamParser::Seek(mxf_dmuxer_seek& seek)
@@ -258,7 +258,7 @@ int CMxfSingleStreamParser::Seek(mxf_dmuxer_seek& seek)
     LearnOrder(unit);
     if (lane->order != nullptr && !FindOrdered(*lane, unit) && Walk(*lane, unit) != nullptr) {
         // What the pictures in front say is needed for those behind.
-        const SWalkedUnit key = *Walked().Find(Walked().KeyFrameOf(unit));
+        const SWalkedUnit key = *WalkedOf(*lane).Find(WalkedOf(*lane).KeyFrameOf(unit));
         lane->order->Restart(key.unit + key.shift);
         for (std::int64_t before = key.unit; before < unit; ++before) {
             SSpan head;
