@@ -132,7 +132,7 @@ TEST(ClipThatIsCut, LosesNoPictureThatIsKnownToBeWhole)
         Playing intact{whole};
         const std::vector<Bytes> pictures = PicturesOf(intact);
         ASSERT_EQ(pictures.size(), 20U);
-        const auto begin = std::ranges::search(whole, stream).begin() - whole.begin();
+        const auto begin = std::search(whole.begin(), whole.end(), stream.begin(), stream.end()) - whole.begin();
         const auto end = begin + std::ssize(stream);
         const auto last = std::ssize(pictures.back());
         struct Cut {

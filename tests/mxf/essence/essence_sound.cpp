@@ -56,7 +56,7 @@ TEST(CodedSound, BesidePicturesIsCountedInItsOwnFrames)
                     all = Join(all, bytes);
                     element = Join(element, bytes);
                     if (!c.isElementAFrame) continue;
-                    for (const std::uint64_t number : {0x16010501, 0x16010502})
+                    for (const std::uint64_t number : {0x16010501U, 0x16010502U})
                         if (number == 0x16010501 || c.isSecondSound)
                             file.klv(ulOf(0x060E2B3401020101, 0x0D01030100000000 | number), bytes);
                 }
