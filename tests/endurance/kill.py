@@ -37,7 +37,7 @@ class Target:
         self.output = self.folder / output
         self.command = [str(word) for word in [program, *arguments, "-o", self.output]]
         began = time.monotonic()
-        subprocess.run(self.command, check=True, stderr=subprocess.DEVNULL)
+        subprocess.run(self.command, check=True, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         self.seconds = time.monotonic() - began
         self.whole = self.stable(self.output.read_bytes())
         self.counts = collections.Counter()
@@ -49,7 +49,7 @@ class Target:
 
     def run(self, prefix=(), wait=None):
         """Runs the command to its end, or sends it a signal after some time. wait: seconds, signal"""
-        with subprocess.Popen([*prefix, *self.command], stderr=subprocess.DEVNULL) as process:
+        with subprocess.Popen([*prefix, *self.command], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL) as process:
             if wait:
                 time.sleep(wait[0])
                 process.send_signal(wait[1])
@@ -69,7 +69,7 @@ class Target:
             whole = len(beside) == 1 and self.stable((self.folder / beside[0]).read_bytes()) == self.whole
             if not (may_leave and whole and self.output.read_bytes() == OLD):
                 return f"left beside: {beside}"
-            subprocess.run(self.command, check=True, stderr=subprocess.DEVNULL)
+            subprocess.run(self.command, check=True, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
             return "" if [*self.folder.iterdir()] == [self.output] else f"left beside after the next write: {beside}"
         if not self.output.exists():
             self.counts["absent"] += 1
