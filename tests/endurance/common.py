@@ -77,11 +77,19 @@ def named(code: int) -> str:
 
 
 class Scratch:
-    """A folder that goes with the block."""
+    """A folder that goes with the block, below TMPDIR, else in memory. The signals that ask for an end leave the block."""
+
+    NEEDED = 512 * MIB  # with less, programs would fail for want of room, and that would look like what is looked for
 
     def __enter__(self) -> Path:
-        memory = Path("/dev/shm")
-        self.path = Path(tempfile.mkdtemp(prefix="endure-", dir=memory if os.access(memory, os.W_OK) else None))
+        for number in (signal.SIGTERM, signal.SIGHUP):
+            signal.signal(number, lambda number, _: sys.exit(128 + number))
+        places = [os.environ["TMPDIR"]] if "TMPDIR" in os.environ else ["/dev/shm", tempfile.gettempdir()]
+        places = [place for place in places
+                  if os.access(place, os.W_OK) and shutil.disk_usage(place).free >= self.NEEDED]
+        if not places:
+            sys.exit(f"no folder with {self.NEEDED // MIB} MiB for scratch files; set TMPDIR to one")
+        self.path = Path(tempfile.mkdtemp(prefix="endure-", dir=places[0]))
         self.path.chmod(0o755)
         return self.path
 

@@ -67,7 +67,7 @@ class Target:
             self.counts["left beside"] += 1
             # Between naming the new file and the rename that replaces the old one, nobody can clean up after SIGKILL.
             whole = len(beside) == 1 and self.stable((self.folder / beside[0]).read_bytes()) == self.whole
-            if not (may_leave and whole and self.output.read_bytes() == OLD):
+            if not (may_leave and whole and self.output.exists() and self.output.read_bytes() == OLD):
                 return f"left beside: {beside}"
             subprocess.run(self.command, check=True, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
             return "" if [*self.folder.iterdir()] == [self.output] else f"left beside after the next write: {beside}"

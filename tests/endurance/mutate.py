@@ -2,7 +2,8 @@
 """Runs the program over damaged recordings. Every damaged file follows from one number, which is printed with a finding.
 
 A finding is a crash, a report of a sanitizer, a hang, an exit code other than 0 and 1, more than the allowed CPU time,
-memory or output, or a document (XML, JSON) that is not well-formed.
+memory or output, a failure without a message, a document (XML, JSON) that is missing or not well-formed, or a file
+beside it.
 """
 
 import argparse
@@ -30,6 +31,7 @@ WALL_SECONDS = 180
 MOST_OUTPUT = 64 * MIB  # the largest page of an undamaged file has some 30 KiB
 STRANGE = [0, 1, 2, 3, 4, 7, 8, 15, 16, 0x7F, 0x80, 0xFF, 0x7FFF, 0x8000, 0xFFFF, 0x7FFFFFFF, 0x80000000, 0xFFFFFFFF,
            0x7FFFFFFFFFFFFFFF, 0x8000000000000000, 0xFFFFFFFFFFFFFFFF]
+ITS_OWN = ("damaged.mov", "damaged.mxf", "page", "page.err")  # in the folder of a trial, beside the document
 KLV_KEY = b"\x06\x0e\x2b\x34"
 
 
@@ -144,6 +146,10 @@ class Outcome:
     err: str
 
 
+class Stopped(Exception):
+    """The campaign is over before its time."""
+
+
 class Runner:
     """Starts programs from many threads, though only some at a time until they sleep: a cut MXF file is waited for."""
 
@@ -152,6 +158,7 @@ class Runner:
         self.starting = threading.Semaphore(busy)
         self.lock = threading.Lock()
         self.running = {}  # process: since when, and whether it counts as busy
+        self.stopped = False
         threading.Thread(target=self.watch, daemon=True).start()
 
     def watch(self):
@@ -173,6 +180,13 @@ class Runner:
         except OSError:
             return False
 
+    def stop(self):
+        """Ends all that runs; nothing is started any more."""
+        with self.lock:
+            self.stopped = True
+            for process in self.running:
+                os.kill(process, signal.SIGKILL)
+
     def run(self, command: list, source: Path, page: Path) -> Outcome:
         err = page.with_suffix(".err")
         files = [(os.POSIX_SPAWN_OPEN, 0, str(source), os.O_RDONLY, 0)]
@@ -181,8 +195,12 @@ class Runner:
         self.starting.acquire()
         began = time.monotonic()
         with self.lock:
+            if self.stopped:
+                self.starting.release()
+                raise Stopped
+            # In a group of its own: Ctrl-C is for this script, and no finding.
             process = os.posix_spawnp("prlimit", [*self.prefix, *map(str, command)], ENVIRONMENT, file_actions=files,
-                                      setsigdef=[signal.SIGPIPE, signal.SIGXFSZ])
+                                      setsigdef=[signal.SIGPIPE, signal.SIGXFSZ], setpgroup=0)
             self.running[process] = (began, True)
         os.waitid(os.P_PID, process, os.WEXITED | os.WNOWAIT)
         with self.lock:  # its number is free for others only after this
@@ -190,8 +208,14 @@ class Runner:
             busy = self.running.pop(process)[1]
         if busy:
             self.starting.release()
+        if self.stopped:
+            raise Stopped
         return Outcome(os.waitstatus_to_exitcode(status), used.ru_utime + used.ru_stime, used.ru_maxrss / 1024,
                        time.monotonic() - began > WALL_SECONDS, page.read_bytes(), err.read_text(errors="replace"))
+
+
+def no_number(word: str):
+    raise ValueError(f"{word} is no number")
 
 
 def flaw(document: bytes) -> str:
@@ -241,14 +265,21 @@ class Campaign:
             return "endless output"
         if "terminate called" in outcome.err or "bad_alloc" in outcome.err:
             return "out of memory"
+        if outcome.code == 1 and not outcome.err.strip():
+            return "a failure without a message"
+        beside = {entry.name for entry in document.parent.iterdir()} - {document.name, *ITS_OWN}
+        if beside:
+            return f"left beside: {beside}"
         if name == "build":
             if document.exists() != (outcome.code == 0):
                 return "no document" if outcome.code == 0 else "a document in spite of a failure"
             return outcome.code == 0 and flaw(document.read_bytes())
-        if "--json" in command and outcome.page:
+        if "--json" in command:
+            if outcome.code == 0 and not outcome.page and name != "mxf samples":  # there may be none
+                return "no JSON"
             try:
-                for line in [outcome.page] if name == "mxf info" else outcome.page.splitlines():
-                    json.loads(line)
+                for line in [outcome.page] if name == "mxf info" and outcome.page else outcome.page.splitlines():
+                    json.loads(line, parse_constant=no_number)
             except ValueError as problem:
                 return f"no JSON: {problem}"
         return ""
@@ -298,12 +329,18 @@ class Campaign:
                     seed = next(seeds, None)
                 if seed is None:
                     return
-                self.one(seed)
+                try:
+                    self.one(seed)
+                except Stopped:
+                    return
 
         with concurrent.futures.ThreadPoolExecutor(self.arguments.jobs) as pool:
-            for done in [pool.submit(work) for _ in range(self.arguments.jobs)]:
-                done.result()
-        self.tell()
+            try:
+                for done in [pool.submit(work) for _ in range(self.arguments.jobs)]:
+                    done.result()
+            finally:  # early only by Ctrl-C or a fault of this script
+                self.runner.stop()
+                self.tell()
 
 
 def main():
