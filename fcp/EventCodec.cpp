@@ -16,6 +16,8 @@ constexpr std::size_t kLeadBytes = 16; ///< magic, version, kind and length: wha
 constexpr std::size_t kHeadBytes = 44;
 constexpr std::size_t kParameterHeadBytes = 16;
 constexpr std::size_t kFirstPartBytes = 64U << 10U; ///< of memory taken on the word of the sender
+constexpr std::size_t kBelievedTimes = 8;           ///< what has arrived; as much is set aside, and not touched yet
+constexpr std::size_t kStepBytes = 512U << 10U;     ///< cleared at a time: still in the cache when they are filled
 
 template <std::unsigned_integral T> void put(std::string& into, T value)
 {
@@ -109,9 +111,11 @@ void EventMessageReader::refuse(OSStatus fault)
 std::span<char> EventMessageReader::space()
 {
     if (state_ == State::complete || state_ == State::refused) return {};
-    if (filled_ == part_.size()) {
-        const auto grown = std::max<std::uint64_t>(kFirstPartBytes, part_.size() * 2);
-        part_.resize(static_cast<std::size_t>(std::min(partLength_, grown)));
+    if (part_.size() < partLength_ && part_.size() - filled_ < kStepBytes / 2) {
+        const std::uint64_t believed = std::max<std::uint64_t>(kFirstPartBytes, filled_ * kBelievedTimes);
+        const std::uint64_t wanted = std::min({partLength_, believed, std::uint64_t{filled_ + kStepBytes}});
+        if (part_.capacity() < wanted) part_.reserve(static_cast<std::size_t>(std::min(partLength_, believed)));
+        part_.resize(static_cast<std::size_t>(std::max<std::uint64_t>(wanted, part_.size())));
     }
     return std::span{part_}.subspan(filled_);
 }
