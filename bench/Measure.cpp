@@ -121,6 +121,14 @@ void needRoom(double gigabytes)
          text(available) + " GB; set TMPDIR to a folder with more room");
 }
 
+std::string quoted(const std::string& path)
+{
+    std::string word = "'";
+    for (const char c : path)
+        c == '\'' ? word.append("'\\''") : word.append(1, c);
+    return word += '\'';
+}
+
 void shell(const std::string& line)
 {
     if (std::system((line + " </dev/null").c_str()) != 0) fail("failed: " + line);

@@ -46,6 +46,8 @@ void atMost(std::string_view what, double wanted, double measured);
 std::string scratchFile(std::string_view name);
 /// Fails when the scratch folder has less room than this.
 void needRoom(double gigabytes);
+/// A path as one word of a line of shell.
+std::string quoted(const std::string& path);
 /// Runs a line of shell with nothing to read. Fails when it fails.
 void shell(const std::string& line);
 

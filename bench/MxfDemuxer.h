@@ -71,10 +71,10 @@ private:
 inline constexpr std::int64_t kManyUnits = 500'000;
 inline void makeManyUnits(const std::string& path)
 {
-    const std::string source = scratchFile("tiny.mov");
+    const std::string source = quoted(scratchFile("tiny.mov"));
     shell("ffmpeg -v fatal -y -f lavfi -i testsrc2=s=32x32:r=25 -t 4 -c:v mpeg2video -bf 0 -g 5 -b:v 100k " + source);
     shell("ffmpeg -v fatal -y -stream_loop -1 -i " + source + " -c copy -frames:v " + std::to_string(kManyUnits) + " " +
-          path);
+          quoted(path));
 }
 
 } // namespace bench

@@ -9,6 +9,7 @@
 
 #include <array>
 #include <cstdio>
+#include <memory>
 #include <string>
 #include <sys/socket.h>
 #include <sys/un.h>
@@ -104,13 +105,13 @@ void plainCopy(const std::string& bytes)
     const zanfcp::FileDescriptor near{both[0]};
     const zanfcp::FileDescriptor far{both[1]};
     std::thread receiver([&] {
-        std::string copy(bytes.size(), '\0');
-        for (std::size_t filled = 0; filled < copy.size();) {
-            const ssize_t count = ::recv(far.value(), copy.data() + filled, copy.size() - filled, 0);
+        const auto copy = std::make_unique_for_overwrite<char[]>(bytes.size());
+        for (std::size_t filled = 0; filled < bytes.size();) {
+            const ssize_t count = ::recv(far.value(), copy.get() + filled, bytes.size() - filled, 0);
             require(count > 0, "plain copy: nothing received");
             filled += static_cast<std::size_t>(count);
         }
-        require(::send(far.value(), copy.data(), 1, MSG_NOSIGNAL) == 1, "plain copy: no answer");
+        require(::send(far.value(), copy.get(), 1, MSG_NOSIGNAL) == 1, "plain copy: no answer");
     });
     for (std::size_t sent = 0; sent < bytes.size();) {
         const ssize_t count = ::send(near.value(), bytes.data() + sent, bytes.size() - sent, MSG_NOSIGNAL);

@@ -95,7 +95,7 @@ void writeShortMovie(const std::string& path)
 {
     shell("ffmpeg -v error -nostdin -f lavfi -i testsrc=s=1280x720:r=25 -f lavfi -i sine=r=48000 -t 1 -timecode "
           "01:00:00:00 -metadata:s:v reel_name=A001 -c:v libx264 -pix_fmt yuv420p -c:a pcm_s24le " +
-          path);
+          quoted(path));
 }
 
 ByteSource::Counts countReads(const std::string& path)

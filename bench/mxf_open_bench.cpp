@@ -33,15 +33,15 @@ void writeSecond(const std::string& path)
     shell("ffmpeg -v error -nostdin -y " + inputs + maps +
           " -t 1 -c:v mpeg2video -pix_fmt yuv422p -profile:v 0 -level:v 2 -b:v 50M -minrate 50M -maxrate 50M -bufsize "
           "17825792 -flags +ildct+ilme -top 1 -c:a pcm_s24le -timecode 10:11:12:13 " +
-          path);
+          quoted(path));
 }
 
 /// The same second over and over, real partitions and index tables all the way.
 void writeLong(const std::string& second, const std::string& path, std::uint64_t bytes)
 {
     const std::uint64_t loops = bytes / std::filesystem::file_size(second);
-    shell("ffmpeg -v fatal -nostdin -y -stream_loop " + std::to_string(loops) + " -i " + second +
-          " -map 0:v -map 0:a -c copy -timecode 10:11:12:13 " + path);
+    shell("ffmpeg -v fatal -nostdin -y -stream_loop " + std::to_string(loops) + " -i " + quoted(second) +
+          " -map 0:v -map 0:a -c copy -timecode 10:11:12:13 " + quoted(path));
 }
 
 /// A file that counts what is read of it.
