@@ -156,6 +156,7 @@ void compare(const Row& row)
 int main()
 {
     av_log_set_level(AV_LOG_ERROR);
+    needRoom(0.1);
     const std::string second = scratchFile("second.mov");
     const std::string pcm = scratchFile("pcm.mov");
     const std::string aac = scratchFile("aac.mov");

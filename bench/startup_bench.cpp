@@ -123,6 +123,7 @@ void manyFiles()
 
 int main()
 {
+    needRoom(0.1);
     oneFile();
     manyFiles();
 }

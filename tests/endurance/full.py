@@ -21,7 +21,9 @@ class Places:
         self.folder = folder
         self.mounted = []
         self.listed = []  # name, folder, words of which the message has one, more for subprocess
-        if os.geteuid() == 0:
+        if os.geteuid() != 0:
+            print("file systems that are full or read-only: not tried, only root can mount them")
+        else:
             full = self.mount("full", "size=64k")
             if full:
                 (full / "ballast").write_bytes(bytes(40 * 1024))

@@ -237,6 +237,20 @@ TEST(ParameterSets, PicturesFindTheirSequenceWhenItComesLateOrChanges)
     EXPECT_EQ(sets.Sps(0), nullptr);
 }
 
+TEST(ParameterSets, BytesThatNoByteStreamCanCarryAreLeftOutOrRefused)
+{
+    for (const ByteRow& nal : {HighSps{}.nal(), ppsNal()}) {
+        CAvcParameterSets plain, padded;
+        ByteRow bytes = nal;
+        ASSERT_EQ(plain.Add(bytes), kSuccess);
+        bytes.insert(bytes.end(), {0, 0});
+        EXPECT_EQ(padded.Add(bytes), kSuccess);
+        EXPECT_EQ(ToAnnexB(padded), ToAnnexB(plain));
+        bytes.insert(bytes.end(), {1, 9});
+        EXPECT_EQ(padded.Add(bytes), kFailed) << "a start code inside";
+    }
+}
+
 TEST(AvcConfiguration, RecordsAndByteStreamsCarryTheSameSets)
 {
     CAvcParameterSets sets;
