@@ -63,6 +63,7 @@ class Places:
     def close(self):
         for place in self.mounted:
             subprocess.run(["umount", str(place)], check=True)
+        (self.folder / "closed").chmod(0o755)  # else only root could remove what is in it
 
 
 def content(folder: Path) -> dict:
