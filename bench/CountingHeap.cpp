@@ -1,6 +1,7 @@
 #include "bench/CountingHeap.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <malloc.h>
 
 // The C library's own allocator, which the functions below stand in front of while bytes are counted.
@@ -63,9 +64,10 @@ extern "C" void* realloc(void* block, std::size_t size) noexcept
     given(block);
     return taken(__libc_realloc(block, size));
 }
-extern "C" void* aligned_alloc(std::size_t alignment, std::size_t size) noexcept
+extern "C" int posix_memalign(void** block, std::size_t alignment, std::size_t size) noexcept
 {
-    return taken(__libc_memalign(alignment, size));
+    *block = taken(__libc_memalign(alignment, size));
+    return *block == nullptr ? ENOMEM : 0;
 }
 extern "C" void free(void* block) noexcept
 {

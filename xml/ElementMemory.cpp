@@ -65,8 +65,8 @@ void* takeFromNewBlock(std::size_t size)
 {
     static thread_local const LeaveAtExit leave;
     static_cast<void>(leave);
-    void* const memory = std::aligned_alloc(kAlignedAt, kBlockBytes);
-    if (memory == nullptr) throw std::bad_alloc();
+    void* memory = nullptr; // aligned_alloc takes no such size everywhere
+    if (::posix_memalign(&memory, kAlignedAt, kBlockBytes) != 0) throw std::bad_alloc();
     leaveBlock();
     Block* const block = new (memory) Block;
     taking = {.block = block, .next = block->begin() + size, .end = block->end(), .taken = 1};
