@@ -81,13 +81,15 @@ private:
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     constexpr std::size_t kSizes = 8;
+    constexpr std::size_t kSmallSlices = 4096; // each may take a change of thread to and fro; then they get larger
     if (size < 1 + kSizes) return 0;
     const std::uint8_t* const sizes = data + 1;
     Demuxer demuxer{data[0] % 16 == 1};
     std::size_t slice = 0;
     for (std::size_t at = 1 + kSizes; at < size;) {
         const std::uint8_t choice = sizes[slice++ % kSizes];
-        const std::size_t wanted = choice < 128 ? choice : std::size_t{1} << (choice % 20);
+        std::size_t wanted = choice < 128 ? choice : std::size_t{1} << (choice % 20);
+        if (slice > kSmallSlices) wanted = std::max(wanted, kSmallSlices);
         const std::size_t count = std::min(wanted, size - at);
         demuxer.feed(data + at, count);
         at += count;
