@@ -25,7 +25,7 @@ namespace zanfcp::cli {
 namespace {
 
 /// Holds a few pictures, which are then taken where they lie; much larger ones do not fit the cache.
-constexpr std::size_t kSliceBytes = std::size_t{1} << 20;
+constexpr std::size_t kSliceBytes = std::size_t{2} << 20;
 
 struct Arguments {
     std::string path;
